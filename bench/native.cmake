@@ -1,0 +1,1 @@
+# The benchmarks that run natively, one a line.

@@ -1,0 +1,1 @@
+# The benchmarks that need the platform, one a line.

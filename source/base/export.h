@@ -1,0 +1,12 @@
+#pragma once
+
+// QELKIT_API marks what the DLL exports: classes and plain functions alike. Nothing else leaves it.
+//   QELKIT_BUILD   set while the library itself is compiled
+//   QELKIT_STATIC  set by programs that link the library's objects instead of the DLL
+#if !defined(_WIN32) || defined(QELKIT_STATIC)
+#define QELKIT_API
+#elif defined(QELKIT_BUILD)
+#define QELKIT_API __declspec(dllexport)
+#else
+#define QELKIT_API __declspec(dllimport)
+#endif

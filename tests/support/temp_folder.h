@@ -1,0 +1,108 @@
+#pragma once
+
+// Scratch folders and the states of files that tests need. Windows only.
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+
+#include "platform/find_files.h"
+#include "platform/windows.h"
+
+// A new empty folder that goes away with everything in it. Paths have no final backslash.
+class TempFolder {
+public:
+    TempFolder() {
+        char base[MAX_PATH];
+        GetTempPathA(sizeof base, base);
+        static int count = 0;
+        do {
+            path_ = std::string(base) + "qelkit-" + std::to_string(GetCurrentProcessId()) + "-" +
+                    std::to_string(++count);
+        } while (!CreateDirectoryA(path_.c_str(), nullptr));
+    }
+    ~TempFolder() { Remove(path_); }
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+
+    const std::string& path() const { return path_; }
+    std::string operator/(const std::string& name) const { return path_ + "\\" + name; }
+
+    // Makes a file of these bytes and returns its path.
+    std::string Write(const std::string& name, const std::string& bytes) const {
+        const std::string file = *this / name;
+        FILE* stream = std::fopen(file.c_str(), "wb");
+        EXPECT_NE(nullptr, stream) << file;
+        if (stream) {
+            EXPECT_EQ(bytes.size(), std::fwrite(bytes.data(), 1, bytes.size(), stream));
+            std::fclose(stream);
+        }
+        return file;
+    }
+    // The bytes of a file of this folder; fails the test when it is not there.
+    std::string Read(const std::string& name) const {
+        std::string bytes;
+        FILE* stream = std::fopen((*this / name).c_str(), "rb");
+        EXPECT_NE(nullptr, stream) << name;
+        if (!stream) return bytes;
+        char block[4096];
+        for (std::size_t n; (n = std::fread(block, 1, sizeof block, stream)) > 0;) {
+            bytes.append(block, n);
+        }
+        std::fclose(stream);
+        return bytes;
+    }
+    bool Has(const std::string& name) const {
+        return GetFileAttributesA((*this / name).c_str()) != INVALID_FILE_ATTRIBUTES;
+    }
+    std::string MakeFolder(const std::string& name) const {
+        const std::string folder = *this / name;
+        EXPECT_TRUE(CreateDirectoryA(folder.c_str(), nullptr)) << folder;
+        return folder;
+    }
+
+private:
+    static void Remove(const std::string& folder) {
+        for (kit::FindFiles found((folder + "\\*").c_str()); found; found.Next()) {
+            const std::string entry = folder + "\\" + found.name();
+            SetFileAttributesA(entry.c_str(), FILE_ATTRIBUTE_NORMAL);
+            if (!found.IsFolder()) {
+                DeleteFileA(entry.c_str());
+            } else {
+                if (!found.IsLink()) Remove(entry);
+                RemoveDirectoryA(entry.c_str());
+            }
+        }
+        RemoveDirectoryA(folder.c_str());
+    }
+
+    std::string path_;
+};
+
+// A file that another program holds open without sharing, for as long as this lives.
+class HeldFile {
+public:
+    explicit HeldFile(const std::string& path)
+        : handle_(CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr)) {
+        EXPECT_TRUE(static_cast<bool>(handle_)) << path;
+    }
+    void Release() { handle_.Reset(); }
+
+private:
+    kit::FileHandle handle_;
+};
+
+// A file with its read-only attribute set, for as long as this lives.
+class ReadOnlyFile {
+public:
+    explicit ReadOnlyFile(std::string path) : path_(std::move(path)) {
+        EXPECT_TRUE(SetFileAttributesA(path_.c_str(), FILE_ATTRIBUTE_READONLY));
+    }
+    ~ReadOnlyFile() { SetFileAttributesA(path_.c_str(), FILE_ATTRIBUTE_NORMAL); }
+    ReadOnlyFile(const ReadOnlyFile&) = delete;
+    ReadOnlyFile& operator=(const ReadOnlyFile&) = delete;
+
+private:
+    std::string path_;
+};
