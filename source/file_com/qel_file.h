@@ -231,8 +231,10 @@ public:
     static CQELString RemoveUnacceptableCharactersFromName(const CQELString& name);
 
 private:
-    FILE* Begin(int line) const;
+    FILE* Begin(int line, int not_open = 117) const;
     void Fail(int status, int error_number) const;
+    void FailNotOpen(int line, int status = 117) const;
+    ulong32 Fitting(std::int64_t value, int status) const;
     void Release() const;
 
     CQELString name_;
