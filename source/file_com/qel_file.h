@@ -5,11 +5,10 @@
 
 #include "base/export.h"
 #include "base/types.h"
+#include "datetime/qel_datetime.h"
 #include "runtime/reference.h"
 #include "status/qel_status.h"
 #include "text/qel_string.h"
-
-class CQELDateTime;
 
 // A buffered binary file over a stream of the C runtime, and a status object at the same time:
 //
