@@ -1,7 +1,6 @@
 #include "file_com/com_stream.h"
 
 #include <cstring>
-#include <mutex>
 #include <new>
 
 static_assert(sizeof(CQELSimpleFileStream::CCS) == 48, "part of the binary interface");

@@ -1,5 +1,7 @@
 // Operations on paths: questions, removing, copying, attributes, lengths, special new files.
 
+#include "platform/windows.h"
+
 #include <fcntl.h>
 #include <io.h>
 #include <share.h>
@@ -16,7 +18,6 @@
 #include "file_com/qel_file.h"
 #include "platform/handles.h"
 #include "platform/last_error.h"
-#include "platform/windows.h"
 #include "status/status_codes.h"
 #include "status/status_convert.h"
 
