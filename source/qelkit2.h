@@ -15,3 +15,7 @@
 #include "file_com/file_time_record.h"
 #include "file_com/qel_file.h"
 #include "file_com/stream.h"
+#include "runtime/reference.h"
+#include "status/qel_status.h"
+#include "status/status_codes.h"
+#include "status/status_convert.h"
