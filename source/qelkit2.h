@@ -5,3 +5,7 @@
 #include "base/cp1251.h"
 #include "base/export.h"
 #include "base/types.h"
+#include "runtime/reference.h"
+#include "status/qel_status.h"
+#include "status/status_codes.h"
+#include "status/status_convert.h"
