@@ -46,9 +46,12 @@ TEST_F(Pages, AreValidAddressesAsFarAsTheirProtectionGoes) {
         DWORD protection;
         int read, write;
     } cases[] = {
-        {PAGE_READWRITE, 1, 1},          {PAGE_READONLY, 1, 0},
-        {PAGE_EXECUTE_READ, 1, 0},       {PAGE_EXECUTE_READWRITE, 1, 1},
-        {PAGE_NOACCESS, 0, 0},           {PAGE_READWRITE | PAGE_GUARD, 0, 0},
+        {PAGE_READWRITE, 1, 1},
+        {PAGE_READONLY, 1, 0},
+        {PAGE_EXECUTE_READ, 1, 0},
+        {PAGE_EXECUTE_READWRITE, 1, 1},
+        {PAGE_NOACCESS, 0, 0},
+        {PAGE_READWRITE | PAGE_GUARD, 0, 0},
         {0, 0, 0},
     };
     for (const auto& c : cases) {

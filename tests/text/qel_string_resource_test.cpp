@@ -34,8 +34,8 @@ bool IsFileFree() {
     GetModuleFileNameA(nullptr, path, sizeof path);
     const std::string file =
         std::string(path).substr(0, std::string(path).rfind('\\') + 1) + kLibraryOfStrings;
-    return static_cast<bool>(kit::FileHandle(CreateFileA(
-        file.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr)));
+    return static_cast<bool>(kit::FileHandle(CreateFileA(file.c_str(), GENERIC_READ | GENERIC_WRITE,
+                                                         0, nullptr, OPEN_EXISTING, 0, nullptr)));
 }
 
 TEST(StringResource, IsLoadedWholeWhateverItsLength) {
@@ -57,8 +57,8 @@ TEST(StringResource, OfThisLibraryIsFoundByTheBeginningOfItsName) {
 
 TEST(StringResource, ThatIsMissingEmptiesTheString) {
     const std::string endless(100000, 'x');
-    for (const char* name : {"QELKIT2", kNoName, kLibraryOfStrings, "no_such.dll", "", "C:\\x.dll",
-                             endless.c_str()}) {
+    for (const char* name :
+         {"QELKIT2", kNoName, kLibraryOfStrings, "no_such.dll", "", "C:\\x.dll", endless.c_str()}) {
         CQELString s("before");
         EXPECT_FALSE(s.LoadStringA(29999, name).IsValid()) << (name ? name : "(null)");
     }

@@ -26,12 +26,13 @@ TEST(String, OwnsNoBodyForAnEmptyText) {
     assigned_empty = "";
     emptied.Empty();
     loaded.Load(nullptr, 3);
-    const CQELString cases[] = {CQELString(),          CQELString(kNull),
-                                CQELString(""),        CQELString("abc", std::uint64_t{0}),
-                                CQELString("", 5),     CQELString(kNull, 3),
-                                CQELString("ab").Mid(1, 0), assigned_null,
-                                assigned_empty,        emptied,
-                                loaded};
+    // clang-format off
+    const CQELString cases[] = {
+        CQELString(), CQELString(kNull), CQELString(""),
+        CQELString("abc", std::uint64_t{0}), CQELString("", 5), CQELString(kNull, 3),
+        CQELString("ab").Mid(1, 0), assigned_null, assigned_empty, emptied, loaded,
+    };
+    // clang-format on
     for (const CQELString& s : cases) {
         SCOPED_TRACE(&s - cases);
         EXPECT_FALSE(s.IsValid());
@@ -292,10 +293,12 @@ TEST(Search, FindsBytesAndTexts) {
         const char* wanted;
         int at, no_case;
     } cases[] = {
-        {"abcabc", "bc", 1, 1},     {"abcabc", "BC", -1, 1},  {"abcabc", "abcabc", 0, 0},
-        {"abcabc", "abcabcd", -1, -1}, {"abcabc", "cab", 2, 2}, {"aaab", "aab", 1, 1},
-        {"abc", "", 0, 0},          {"", "", -1, -1},         {"", "a", -1, -1},
-        {"abc", nullptr, -1, -1},   {"", nullptr, -1, -1},
+        {"abcabc", "bc", 1, 1},     {"abcabc", "BC", -1, 1},
+        {"abcabc", "abcabc", 0, 0}, {"abcabc", "abcabcd", -1, -1},
+        {"abcabc", "cab", 2, 2},    {"aaab", "aab", 1, 1},
+        {"abc", "", 0, 0},          {"", "", -1, -1},
+        {"", "a", -1, -1},          {"abc", nullptr, -1, -1},
+        {"", nullptr, -1, -1},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.text << " / " << (c.wanted ? c.wanted : "(null)"));
@@ -329,13 +332,15 @@ TEST(Parts, AreCutToTheText) {
         CQELString part;
         const char* expected;
     } cases[] = {
-        {s.Left(2), "ab"},          {s.Left(5), "abcde"},        {s.Left(INT_MAX), "abcde"},
-        {s.Left(0), ""},            {s.Left(-1), ""},            {s.Right(2), "de"},
-        {s.Right(9), "abcde"},      {s.Right(0), ""},            {s.Right(INT_MIN), ""},
-        {s.Mid(1, 3), "bcd"},       {s.Mid(3, INT_MAX), "de"},   {s.Mid(5, 1), ""},
-        {s.Mid(10, 2), ""},         {s.Mid(INT_MAX, INT_MAX), ""}, {s.Mid(2, 0), ""},
-        {s.Mid(-3, 2), "ab"},       {s.Mid(2, -1), ""},          {CQELString().Left(3), ""},
-        {CQELString().Right(3), ""}, {CQELString().Mid(0, 3), ""},
+        // clang-format off
+        {s.Left(2), "ab"},   {s.Left(5), "abcde"},  {s.Left(INT_MAX), "abcde"},
+        {s.Left(0), ""},     {s.Left(-1), ""},      {CQELString().Left(3), ""},
+        {s.Right(2), "de"},  {s.Right(9), "abcde"}, {s.Right(INT_MAX), "abcde"},
+        {s.Right(0), ""},    {s.Right(INT_MIN), ""}, {CQELString().Right(3), ""},
+        {s.Mid(1, 3), "bcd"}, {s.Mid(-3, 2), "ab"}, {s.Mid(3, INT_MAX), "de"},
+        {s.Mid(5, 1), ""},   {s.Mid(10, 2), ""},    {s.Mid(INT_MAX, INT_MAX), ""},
+        {s.Mid(2, 0), ""},   {s.Mid(2, -1), ""},    {CQELString().Mid(0, 3), ""},
+        // clang-format on
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(&c - cases);
