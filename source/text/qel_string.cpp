@@ -84,14 +84,6 @@ CQELString::CQELString(char c) : body_(kit::NewBody({&c, 1})) {}
 
 CQELString::CQELString(int id, const char* module) : body_(nullptr) { LoadStringA(id, module); }
 
-CQELString::CQELString(const CQELString& other) : body_(other.body_) {
-    if (body_) body_->AddRef();
-}
-
-CQELString::~CQELString() {
-    if (body_) body_->Release();
-}
-
 CQELString& CQELString::operator=(const CQELString& other) {
     if (other.body_) other.body_->AddRef();  // first: it may be our own
     kit::SetBody(body_, other.body_);
@@ -116,8 +108,6 @@ char CQELString::operator[](std::uint64_t index) const {
     const std::string_view text = TextOf(body_);
     return index < text.size() ? text[index] : '\0';
 }
-
-int CQELString::Length() const { return body_ ? body_->length_ : 0; }
 
 bool CQELString::IsValidString() const { return !body_ || QELIsValidString(body_->text_, -1) != 0; }
 

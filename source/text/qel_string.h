@@ -71,8 +71,12 @@ public:
     CQELString(char c);
     // String resource `id` of a module: LoadStringA(id, module).
     CQELString(int id, const char* module);
-    CQELString(const CQELString& other);
-    ~CQELString();
+    CQELString(const CQELString& other) : body_(other.body_) {
+        if (body_) body_->AddRef();
+    }
+    ~CQELString() {
+        if (body_) body_->Release();
+    }
 
     CQELString& operator=(const CQELString& other);
     // `s` may point into this string's own text.
@@ -85,7 +89,7 @@ public:
     // The byte at an index; 0 at or past the end and for a negative index.
     char operator[](int index) const;
     char operator[](std::uint64_t index) const;
-    int Length() const;
+    int Length() const { return body_ ? body_->length_ : 0; }
     int GetLength() const { return Length(); }
     bool IsEmpty() const { return Length() == 0; }
     // Whether there is a body: not empty.
