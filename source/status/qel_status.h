@@ -99,7 +99,9 @@ public:
     // Error number = 0: the status stays.
     void Clear() const override;
 
-    // Records the error number; if it is not 0 and the raise flag is set, throws.
+    using XQELMsg::SetError;
+    // Records the error number; if it is not 0 and the raise flag is set, throws. Hides the one of
+    // XQELStatus: for the status say XQELStatus::SetError(status).
     void SetError(int error_number) const;
 
 protected:
@@ -122,6 +124,7 @@ public:
     // Status = 0 and error number = 0.
     void Clear() const override;
 
+    using XQELMsg::SetError;
     // Clears, then records the status, then the error number; each may throw. So a raising object
     // that is given a status throws before the error number is recorded: the thrown copy, and the
     // object itself, then have error number 0. Only a status of 0 throws with the error number.
