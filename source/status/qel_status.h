@@ -16,7 +16,8 @@
 // The class tree is XQELBaseMsg <- XQELMsg <- XQELStatus <- XQELErrno <- XQELFile. What can be
 // reported changes through const functions, so that a `const XQELFile&` is enough to report into.
 // No constructor throws, whatever it is given. Copies take all fields, the raise flag included.
-// A pointer converts to bool: XQELFile("text") sets the raise flag, it stores no text.
+// Mind what converts: XQELFile("text") sets the raise flag and stores no text, and XQELStatus(false)
+// is status 0 with the raise flag set.
 //
 // One object belongs to one thread at a time.
 //
