@@ -99,23 +99,24 @@ bool CQELFile::CheckVolume(const char* path) {
     if (!path) return false;
     if (Access(path, 0)) return true;
     const std::string root = RootOf(path);
-    return Access(root.c_str(), 0) || ::GetVolumeInformationA(root.c_str(), nullptr, 0, nullptr,
-                                                              nullptr, nullptr, nullptr, 0);
+    return Access(root.c_str(), 0) ||
+           ::GetVolumeInformationA(root.c_str(), nullptr, 0, nullptr, nullptr, nullptr, nullptr, 0);
 }
 
 bool CQELFile::IsExists(const char* path) {
     path = OrEmpty(path);
     if (::_access(path, 0) == 0) return true;
     switch (errno) {
-        case ENOENT: return false;
-        case EACCES: return true;
-        default: return FindsAnything(Trimmed(path).c_str());
+        case ENOENT:
+            return false;
+        case EACCES:
+            return true;
+        default:
+            return FindsAnything(Trimmed(path).c_str());
     }
 }
 
-bool CQELFile::IsExists(const CQELString& path) {
-    return IsExists(static_cast<const char*>(path));
-}
+bool CQELFile::IsExists(const CQELString& path) { return IsExists(static_cast<const char*>(path)); }
 
 bool CQELFile::IsExistsEx(const char* path) {
     return IsExists(path) || FindsAnything(OrEmpty(path));
@@ -150,9 +151,8 @@ bool CQELFile::CopyFileA(const char* from, const char* to, bool fail_if_exists,
     status.Clear();
     from = OrEmpty(from);
     to = OrEmpty(to);
-    const auto outcome = kit::RunOnBusyFile(to, [&] {
-        return WithErrno([&] { return ::CopyFileA(from, to, fail_if_exists); });
-    });
+    const auto outcome = kit::RunOnBusyFile(
+        to, [&] { return WithErrno([&] { return ::CopyFileA(from, to, fail_if_exists); }); });
     if (!outcome.done) {
         Report(status, from, outcome.StatusOr(kStatusCopyFailed), outcome.last_errno);
     }
@@ -163,8 +163,8 @@ bool CQELFile::MoveFileA(const char* from, const char* to, const XQELFile& statu
     status.Clear();
     from = OrEmpty(from);
     to = OrEmpty(to);
-    const auto outcome = kit::RunOnBusyFile(
-        to, [&] { return WithErrno([&] { return ::MoveFileA(from, to); }); });
+    const auto outcome =
+        kit::RunOnBusyFile(to, [&] { return WithErrno([&] { return ::MoveFileA(from, to); }); });
     if (!outcome.done) {
         Report(status, from, outcome.StatusOr(kStatusMoveFailed), outcome.last_errno);
     }

@@ -10,7 +10,9 @@
 
 class Pauses {
 public:
-    explicit Pauses(std::function<void(int)> action = {}) { State() = {0, true, std::move(action)}; }
+    explicit Pauses(std::function<void(int)> action = {}) {
+        State() = {0, true, std::move(action)};
+    }
     ~Pauses() { State() = {}; }
 
     static int count() { return State().count; }

@@ -16,9 +16,8 @@ TEST(FileNames, TheFileNameIsWhatFollowsTheLastSlashAndTheDrive) {
         const char* path;
         const char* name;
     } cases[] = {
-        {"C:\\a\\b.txt", "b.txt"}, {"b.txt", "b.txt"}, {"C:b.txt", "b.txt"},
-        {"a/b.c.d", "b.c.d"},      {"a\\.txt", ".txt"}, {"a\\", ""},
-        {"C:", ""},                {"", ""},
+        {"C:\\a\\b.txt", "b.txt"}, {"b.txt", "b.txt"}, {"C:b.txt", "b.txt"}, {"a/b.c.d", "b.c.d"},
+        {"a\\.txt", ".txt"},       {"a\\", ""},        {"C:", ""},           {"", ""},
     };
     for (const auto& c : cases) {
         EXPECT_STREQ(c.name, CQELFile::FileNameFromFullName(c.path)) << c.path;

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "file_com/qel_file.h"
 #include "pauses.h"
@@ -50,9 +50,13 @@ TEST_F(FileStatics, AVolumeIsThereWhenThePathOrTheRootOfItsDriveIs) {
         const char* path;
         bool there;
     } cases[] = {
-        {"C:\\no\\such\\file", true}, {"C:", true},           {"Q:\\file", false},
-        {"no\\such\\file", true},     {"\\\\no\\such", true},  // judged by the current drive
-        {"", true},                   {nullptr, false},
+        {"C:\\no\\such\\file", true},
+        {"C:", true},
+        {"Q:\\file", false},
+        {"no\\such\\file", true},
+        {"\\\\no\\such", true},  // judged by the current drive
+        {"", true},
+        {nullptr, false},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(c.there, CQELFile::CheckVolume(c.path)) << (c.path ? c.path : "null");
@@ -98,23 +102,19 @@ TEST_F(FileStatics, ExistenceIsJudgedByTheErrorOfTheAccessCheck) {
 
 TEST_F(FileStatics, ExtendedExistenceTakesSearchPatterns) {
     folder_.Write("there.txt", "x");
-    const struct {
-        const char* name;
-        bool exists;
-    } cases[] = {{"*.txt", true}, {"th?re.txt", true}, {"*.doc", false}, {"there.txt", true}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(c.exists, CQELFile::IsExistsEx(Path(c.name).c_str())) << c.name;
-        EXPECT_EQ(c.exists, CQELFile::IsExistsEx(CQELString(Path(c.name).c_str()))) << c.name;
+    for (const char* name : {"*.txt", "th?re.txt", "there.txt"}) {
+        EXPECT_TRUE(CQELFile::IsExistsEx(Path(name).c_str())) << name;
     }
+    EXPECT_TRUE(CQELFile::IsExistsEx(CQELString(Path("*").c_str())));
+    EXPECT_FALSE(CQELFile::IsExistsEx(Path("*.doc").c_str()));
 }
 
 TEST_F(FileStatics, TellsFoldersFromFiles) {
-    const std::string folder = folder_.MakeFolder("folder");
-    EXPECT_TRUE(CQELFile::IsFolder(folder.c_str()));
-    EXPECT_TRUE(CQELFile::IsFolder("C:\\"));
-    EXPECT_FALSE(CQELFile::IsFolder((folder + "\\").c_str()));
-    EXPECT_FALSE(CQELFile::IsFolder(folder_.Write("file", "x").c_str()));
-    EXPECT_FALSE(CQELFile::IsFolder(Path("missing").c_str()));
+    for (const char* folder : {"C:\\", "C:\\windows"}) EXPECT_TRUE(CQELFile::IsFolder(folder));
+    const std::string file = folder_.Write("file", "x");
+    for (const char* other : {file.c_str(), "C:\\windows\\", "C:\\none", ""}) {
+        EXPECT_FALSE(CQELFile::IsFolder(other)) << other;
+    }
     EXPECT_FALSE(CQELFile::IsFolder(nullptr));
 }
 
@@ -157,8 +157,8 @@ TEST_F(FileStatics, RemovesAFileThatIsReleasedWhileItWaits) {
 
 TEST_F(FileStatics, RemoveExTakesReadOnlyHiddenAndSystemFilesToo) {
     const std::string path = folder_.Write("sealed", "x");
-    SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN |
-                                         FILE_ATTRIBUTE_SYSTEM);
+    SetFileAttributesA(path.c_str(),
+                       FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
     EXPECT_EQ(0, CQELFile::RemoveEx(path.c_str(), status_));
     EXPECT_FALSE(folder_.Has("sealed"));
     EXPECT_EQ(43, CQELFile::RemoveEx(path.c_str(), status_));
@@ -167,7 +167,8 @@ TEST_F(FileStatics, RemoveExTakesReadOnlyHiddenAndSystemFilesToo) {
 TEST_F(FileStatics, CopiesAndMoves) {
     folder_.Write("from", "new");
     folder_.Write("to", "old bytes");
-    EXPECT_TRUE(CQELFile::CopyFileA(Path("from").c_str(), Path("to").c_str(), false, status_, true));
+    EXPECT_TRUE(
+        CQELFile::CopyFileA(Path("from").c_str(), Path("to").c_str(), false, status_, true));
     EXPECT_EQ("new", folder_.Read("to"));
     EXPECT_TRUE(folder_.Has("from"));
     EXPECT_TRUE(CQELFile::MoveFileA(Path("from").c_str(), Path("moved").c_str(), status_));
@@ -176,31 +177,30 @@ TEST_F(FileStatics, CopiesAndMoves) {
     EXPECT_FALSE(status_.IsError());
 }
 
+bool Copy(const char* from, const char* to, const XQELFile& status) {
+    return CQELFile::CopyFileA(from, to, false, status);
+}
+bool CopyAsNew(const char* from, const char* to, const XQELFile& status) {
+    return CQELFile::CopyFileA(from, to, true, status);
+}
+
 TEST_F(FileStatics, CopyAndMoveWaitForTheTargetAndNameTheSource) {
     folder_.Write("from", "new");
     folder_.Write("there", "old");
     const HeldFile held(folder_.Write("held", "old"));
     const struct {
         const char* name;
-        std::function<bool(const char*, const char*, const XQELFile&)> call;
+        bool (*call)(const char* from, const char* to, const XQELFile& status);
         const char* from;
         const char* to;
         int pauses, code, error_number;
     } cases[] = {
-        {"copy onto a held file",
-         [](auto from, auto to, auto& s) { return CQELFile::CopyFileA(from, to, false, s); },
-         "from", "held", 19, 501, EACCES},
-        {"copy that must not replace",
-         [](auto from, auto to, auto& s) { return CQELFile::CopyFileA(from, to, true, s); },
-         "from", "there", 19, 64, EEXIST},
-        {"copy of nothing",
-         [](auto from, auto to, auto& s) { return CQELFile::CopyFileA(from, to, false, s); },
-         "missing", "new", 0, 64, ENOENT},
-        {"copy of nothing onto something",  // the target decides whether to wait
-         [](auto from, auto to, auto& s) { return CQELFile::CopyFileA(from, to, false, s); },
-         "missing", "there", 19, 64, ENOENT},
+        {"copy onto a held file", &Copy, "from", "held", 19, 501, EACCES},
+        {"copy that must not replace", &CopyAsNew, "from", "there", 19, 64, EEXIST},
+        {"copy of nothing", &Copy, "none", "new", 0, 64, ENOENT},
+        {"copy of nothing onto something", &Copy, "none", "there", 19, 64, ENOENT},
         {"move onto something", &CQELFile::MoveFileA, "from", "there", 19, 124, EEXIST},
-        {"move of nothing", &CQELFile::MoveFileA, "missing", "new", 0, 124, ENOENT},
+        {"move of nothing", &CQELFile::MoveFileA, "none", "new", 0, 124, ENOENT},
         {"move of a held file", &CQELFile::MoveFileA, "held", "new", 19, 501, EACCES},
     };
     for (const auto& c : cases) {
@@ -257,29 +257,26 @@ int RefuseStatus(const char*, struct _stat64*) {
 TEST_F(FileStatics, FileLengthOnDiskIsThatOfCompressedFilesOnly) {
     const std::string path = folder_.Write("file", "12345");
     std::uint64_t length = 1;
-    EXPECT_EQ(0, CQELFile::GetFileLength(path.c_str(), length, true));
-    EXPECT_EQ(5u, length);
+    const auto expect = [&](int result, std::uint64_t expected, bool on_disk) {
+        length = 1;
+        EXPECT_EQ(result, CQELFile::GetFileLength(path.c_str(), length, on_disk));
+        EXPECT_EQ(expected, length);
+    };
+    expect(0, 5, true);
     {
         const ImportPatch compressed(kLibrary, "GetFileAttributesA", &SayCompressed);
-        {
-            const ImportPatch size(kLibrary, "GetCompressedFileSizeA", &SayLarge);
-            EXPECT_EQ(0, CQELFile::GetFileLength(path.c_str(), length, true));
-            EXPECT_EQ(0x2FFFFFFFFu, length);
-            EXPECT_EQ(0, CQELFile::GetFileLength(path.c_str(), length, false));
-            EXPECT_EQ(5u, length);
-        }
-        const ImportPatch size(kLibrary, "GetCompressedFileSizeA", &RefuseSize);
-        EXPECT_EQ(45, CQELFile::GetFileLength(path.c_str(), length, true));
-        EXPECT_EQ(0u, length);
+        std::optional<ImportPatch> size(std::in_place, kLibrary, "GetCompressedFileSizeA",
+                                        &SayLarge);
+        expect(0, 0x2FFFFFFFF, true);
+        expect(0, 5, false);
+        size.reset();
+        size.emplace(kLibrary, "GetCompressedFileSizeA", &RefuseSize);
+        expect(45, 0, true);
     }
-    length = 1;
     EXPECT_EQ(4, CQELFile::GetFileLength(Path("missing").c_str(), length, false));
     EXPECT_EQ(0u, length);
-
     const ImportPatch refused(kLibrary, "_stat64", &RefuseStatus);
-    length = 1;
-    EXPECT_EQ(45, CQELFile::GetFileLength(path.c_str(), length, false));
-    EXPECT_EQ(0u, length);
+    expect(45, 0, false);
 }
 
 // Where the system puts temporary files, for as long as this lives.
@@ -299,18 +296,22 @@ private:
 };
 
 TEST_F(FileStatics, MakesTemporaryFiles) {
-    const std::string one = static_cast<const char*>(
-        CQELFile::CreateTempFile(folder_.path().c_str(), "abc"));
-    const std::string two = static_cast<const char*>(
-        CQELFile::CreateTempFile(folder_.path().c_str(), nullptr));
-    EXPECT_NE(one, two);
-    EXPECT_EQ(folder_.path() + "\\abc", one.substr(0, folder_.path().size() + 4));
-    EXPECT_EQ(folder_.path() + "\\qlk", two.substr(0, folder_.path().size() + 4));
-    EXPECT_EQ(0u, CQELFile::Length(one.c_str(), status_));
-
     const TemporaryFolder temporary(folder_.path());
-    const std::string three = static_cast<const char*>(CQELFile::CreateTempFile(nullptr, nullptr));
-    EXPECT_EQ(folder_.path() + "\\qlk", three.substr(0, folder_.path().size() + 4));
+    const struct {
+        const char* folder;
+        const char* prefix;
+        const char* start;
+    } cases[] = {
+        {folder_.path().c_str(), "abcd", "\\abc"},
+        {folder_.path().c_str(), nullptr, "\\qlk"},
+        {nullptr, nullptr, "\\qlk"},
+    };
+    for (const auto& c : cases) {
+        const CQELString path = CQELFile::CreateTempFile(c.folder, c.prefix);
+        const std::string start = folder_.path() + c.start;
+        EXPECT_EQ(start, std::string(path).substr(0, start.size()));
+        EXPECT_EQ(0u, CQELFile::Length(path, status_));
+    }
 }
 
 TEST_F(FileStatics, ThrowsWhenNoTemporaryFileCanBeMade) {

@@ -34,8 +34,8 @@ protected:
 
 // A file of this length without its bytes.
 void MakeSparse(const std::string& path, std::int64_t length) {
-    const kit::FileHandle file(CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0,
-                                           nullptr));
+    const kit::FileHandle file(
+        CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
     ASSERT_TRUE(static_cast<bool>(file));
     LARGE_INTEGER end;
     end.QuadPart = length;
@@ -90,23 +90,20 @@ TEST_F(File, OpeningAMissingFileTriesTwiceAtOnceAndConvertsTheSystemsError) {
         const char* mode;
         int status, error_number;
     } cases[] = {
-        {"none.dat", "rb", 4, ENOENT},         // ERROR_FILE_NOT_FOUND
-        {"none\\new.dat", "wb", 8, ENOENT},    // ERROR_PATH_NOT_FOUND
-        {"none.dat", "xyz", 17, EINVAL},       // refused before the system was asked
+        {"none.dat", "rb", 4, ENOENT},       // ERROR_FILE_NOT_FOUND
+        {"none\\new.dat", "wb", 8, ENOENT},  // ERROR_PATH_NOT_FOUND
+        {"none.dat", "xyz", 17, EINVAL},     // refused before the system was asked
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         const Pauses pauses;
         const ImportPatch counted(kLibrary, "fopen", &CountOpens);
         opens = 0;
-        const CQELFile file = [&] {
-            SetLastError(ERROR_NOT_READY);  // of some earlier call: says nothing about this one
-            CQELFile opened = Open(c.name, c.mode);
-            EXPECT_EQ(c.status, opened.Status());
-            EXPECT_EQ(c.error_number, opened.Errno());
-            return opened;
-        }();
+        SetLastError(ERROR_NOT_READY);  // of some earlier call: says nothing about this one
+        const CQELFile file(Path(c.name).c_str(), c.mode, kRecord);
         EXPECT_FALSE(file.IsOpen());
+        EXPECT_EQ(c.status, file.Status());
+        EXPECT_EQ(c.error_number, file.Errno());
         EXPECT_EQ(2, opens);
         EXPECT_EQ(0, pauses.count());
     }
@@ -123,13 +120,10 @@ TEST_F(File, OpeningWhatExistsTriesTwentyTimesAndWaitsOnlyForRights) {
         const char* mode;
         int opens, pauses, status;
     } cases[] = {
-        {"held.dat", "r+b", 20, 19, 501},
-        {"held.dat", "rb", 20, 19, 501},
+        {"held.dat", "r+b", 20, 19, 501},   {"held.dat", "rb", 20, 19, 501},
         {"held.dat", nullptr, 40, 0, 17},  // no rights asked for; two modes each time
-        {"sealed.dat", "r+b", 20, 19, 501},
-        {"sealed.dat", "ab", 20, 19, 501},
-        {"sealed.dat", nullptr, 40, 0, 17},
-        {"sealed.dat", "rb", 1, 0, 0},
+        {"sealed.dat", "r+b", 20, 19, 501}, {"sealed.dat", "ab", 20, 19, 501},
+        {"sealed.dat", nullptr, 40, 0, 17}, {"sealed.dat", "rb", 1, 0, 0},
         {"folder", "rb", 20, 0, 17},
     };
     for (const auto& c : cases) {
@@ -137,8 +131,7 @@ TEST_F(File, OpeningWhatExistsTriesTwentyTimesAndWaitsOnlyForRights) {
         const Pauses pauses;
         const ImportPatch counted(kLibrary, "fopen", &CountOpens);
         opens = 0;
-        CQELFile file(nullptr, nullptr, kRecord);
-        file.Open(Path(c.name).c_str(), c.mode, kRecord);
+        const CQELFile file(Path(c.name).c_str(), c.mode, kRecord);
         EXPECT_EQ(c.status, file.Status());
         EXPECT_EQ(c.status ? EACCES : 0, file.Errno());
         EXPECT_EQ(c.opens, opens);

@@ -34,7 +34,8 @@ protected:
 
     std::string MakeFile(std::int64_t modified) const {
         const std::string path = folder_.Write("file", "x");
-        struct __utimbuf64 times{modified, modified};
+        struct __utimbuf64 times;
+        times.actime = times.modtime = modified;
         EXPECT_EQ(0, _utime64(path.c_str(), &times));
         return path;
     }
@@ -51,7 +52,7 @@ protected:
 
 private:
     static struct _stat64 Status(const std::string& path) {
-        struct _stat64 status{};
+        struct _stat64 status;
         EXPECT_EQ(0, _stat64(path.c_str(), &status));
         return status;
     }
@@ -105,12 +106,14 @@ TEST_F(FileTimes, SettingAnOpenFilesTimesKeepsItsPosition) {
 TEST_F(FileTimes, RefusesTimesThatTheDosFormCannotHold) {
     const std::string path = MakeFile(kValentine);
     const CQELFile file(path.c_str(), "r+b", kRecord);
+    // clang-format off
     const CQELDateTime times[] = {
         {1979, 12, 31, 23, 59, 59, 0}, {2108, 1, 1, 0, 0, 0, 0},  {2024, 13, 1, 0, 0, 0, 0},
         {2024, 1, 32, 0, 0, 0, 0},     {2024, 2, 30, 0, 0, 0, 0}, {2024, 0, 1, 0, 0, 0, 0},
         {2024, 1, 1, 24, 0, 0, 0},     {2024, 1, 1, 0, 60, 0, 0}, {2024, 1, 1, 0, 0, -1, 0},
         {2024, 1, 1, 0, 0, 64, 0},     kNoTime,
     };
+    // clang-format on
     for (const auto& time : times) {
         SCOPED_TRACE(static_cast<const char*>(time.TextDateTime(1, 1, 0)));
         EXPECT_FALSE(file.LastWriteTime(time));
@@ -123,13 +126,13 @@ TEST_F(FileTimes, RefusesTimesThatTheDosFormCannotHold) {
 
 TEST_F(FileTimes, SetsAPathsTimesOrMakesThemNow) {
     const std::string path = folder_.Write("file", "x");
-    EXPECT_TRUE(CQELFile::LastWriteTime(path.c_str(), CQELDateTime(2009, 2, 14, 2, 31, 31, 999),
-                                        status_));
+    EXPECT_TRUE(
+        CQELFile::LastWriteTime(path.c_str(), CQELDateTime(2009, 2, 14, 2, 31, 31, 999), status_));
     EXPECT_EQ(kValentine + 1, Modified(path));
     EXPECT_EQ(kValentine + 1, Accessed(path));
 
-    EXPECT_TRUE(CQELFile::LastWriteTime(path.c_str(), CQELDateTime(1900, 1, 1, 0, 0, 0, 0),
-                                        status_));
+    EXPECT_TRUE(
+        CQELFile::LastWriteTime(path.c_str(), CQELDateTime(1900, 1, 1, 0, 0, 0, 0), status_));
     EXPECT_FALSE(status_.IsError());
     EXPECT_TRUE(IsNow(Modified(path)));
     EXPECT_TRUE(IsNow(Accessed(path)));
