@@ -162,6 +162,9 @@ void SetDate(int year, int year_day, struct date& d) {
 }  // namespace
 
 void UnixToDos(long32 seconds, const DosZone& zone, struct date& d, struct time& t) {
+    // Quirk: the count is cut off in UTC before it is moved to local time, so that east of Greenwich
+    // no moment reads earlier than the zone's hours on 1 January 1980; both ends of old exchanges do
+    // the same. Pinned by UnixToDos.CutsOffBefore1980InUtcAndThenInLocalTime.
     std::int64_t x = std::max<std::int64_t>(std::int64_t{seconds} - kDosEpoch, 0);
     x = std::max<std::int64_t>(x - zone.seconds_west, 0);
     t.hundredths = 0;
