@@ -11,3 +11,7 @@
 #include "datetime/qel_date.h"
 #include "datetime/qel_datetime.h"
 #include "datetime/qel_time.h"
+#include "runtime/reference.h"
+#include "status/qel_status.h"
+#include "status/status_codes.h"
+#include "status/status_convert.h"

@@ -26,19 +26,23 @@ std::size_t Count(int n) { return n > 0 ? static_cast<std::size_t>(n) : 0; }
 
 int Index(std::size_t at) { return at == std::string_view::npos ? -1 : static_cast<int>(at); }
 
-// How a string that may be empty compares with a C string that may be null: decided before any
-// text is looked at.
-bool DecidedByEmptiness(const CQELString& string, const char* s, int& result) {
-    if (!string.IsEmpty() && s) return false;
-    result = string.IsEmpty() ? (s ? -1 : 0) : 1;
-    return true;
+// Compares two texts that are there; a string that is empty, or a null, decides before that.
+template <typename Order>
+int CompareWith(const CQELString& string, const char* s, Order order) {
+    if (string.IsEmpty()) return s ? -1 : 0;
+    return s ? order(Bytes(string), Bytes(s)) : 1;
 }
 
 // -1, 0 or 1, by the characters of the process's multi-byte code page.
-int CompareTexts(const char* a, const char* b) {
-    if (kit::HasDoubleByteCharacters()) return ::_mbscmp(Bytes(a), Bytes(b));
-    const int order = std::strcmp(a, b);
-    return (order > 0) - (order < 0);
+int CompareTexts(std::string_view a, std::string_view b) {
+    const std::size_t at = kit::PartingIndex(a, b);
+    const unsigned char x = *Bytes(a.data() + at);
+    const unsigned char y = *Bytes(b.data() + at);
+    if (x == y) return 0;
+    // The bytes decide unless one of them begins a character of two, which is above all others.
+    const bool may_lead = x >= 0x80 || y >= 0x80;
+    if (may_lead && kit::HasDoubleByteCharacters()) return ::_mbscmp(Bytes(a.data()), Bytes(b.data()));
+    return x < y ? -1 : 1;
 }
 
 // Russian collation for the whole process, for as long as this lives.
@@ -58,7 +62,16 @@ private:
 
 }  // namespace
 
-CQELString::CQELStringImp::~CQELStringImp() { std::free(text_); }
+// --- The body --------------------------------------------------------------------------------
+
+CQELString::CQELStringImp::~CQELStringImp() {
+    const bool inside = text_ == reinterpret_cast<char*>(this + 1);
+    if (!inside) std::free(text_);
+}
+
+void* CQELString::CQELStringImp::operator new(std::size_t size) noexcept { return std::malloc(size); }
+
+void CQELString::CQELStringImp::operator delete(void* body) noexcept { std::free(body); }
 
 // --- Construction and assignment -------------------------------------------------------------
 
@@ -70,14 +83,6 @@ CQELString::CQELString(const char* s, std::uint64_t n)
 CQELString::CQELString(char c) : body_(kit::NewBody({&c, 1})) {}
 
 CQELString::CQELString(int id, const char* module) : body_(nullptr) { LoadStringA(id, module); }
-
-CQELString::CQELString(const CQELString& other) : body_(other.body_) {
-    if (body_) body_->AddRef();
-}
-
-CQELString::~CQELString() {
-    if (body_) body_->Release();
-}
 
 CQELString& CQELString::operator=(const CQELString& other) {
     if (other.body_) other.body_->AddRef();  // first: it may be our own
@@ -104,8 +109,6 @@ char CQELString::operator[](std::uint64_t index) const {
     return index < text.size() ? text[index] : '\0';
 }
 
-int CQELString::Length() const { return body_ ? body_->length_ : 0; }
-
 bool CQELString::IsValidString() const { return !body_ || QELIsValidString(body_->text_, -1) != 0; }
 
 void CQELString::Empty() { kit::SetBody(body_, nullptr); }
@@ -123,7 +126,7 @@ void CQELString::Save(unsigned int& n, unsigned char*& data) const {
 // --- Concatenation ---------------------------------------------------------------------------
 
 CQELString& CQELString::operator+=(const CQELString& s) {
-    if (!body_) return *this = s;
+    if (IsEmpty()) return *this = s;
     if (kit::StringBody* const joined = kit::NewBody(TextOf(body_), TextOf(s.body_))) {
         kit::SetBody(body_, joined);
     }
@@ -145,7 +148,7 @@ CQELString& CQELString::operator+=(char c) {
 }
 
 CQELString CQELString::operator+(const CQELString& s) const {
-    if (!body_) return s;
+    if (IsEmpty()) return s;
     CQELString sum;
     sum.body_ = kit::NewBody(TextOf(body_), TextOf(s.body_));
     return sum;
@@ -167,30 +170,29 @@ CQELString CQELString::operator+(char c) const {
 
 bool CQELString::operator==(const CQELString& s) const {
     if (IsEmpty() || s.IsEmpty()) return IsEmpty() && s.IsEmpty();
-    return body_ == s.body_ || CompareTexts(*this, s) == 0;
+    return body_ == s.body_ || CompareTexts(TextOf(body_), TextOf(s.body_)) == 0;
 }
 
 bool CQELString::operator==(const char* s) const { return Compare(s) == 0; }
 
 bool CQELString::operator<(const CQELString& s) const {
-    return !IsEmpty() && !s.IsEmpty() && CompareTexts(*this, s) < 0;
+    return !IsEmpty() && !s.IsEmpty() && CompareTexts(TextOf(body_), TextOf(s.body_)) < 0;
 }
 
-bool CQELString::operator>(const CQELString& s) const {
-    return !IsEmpty() && !s.IsEmpty() && CompareTexts(*this, s) > 0;
-}
+bool CQELString::operator>(const CQELString& s) const { return s < *this; }
 
 int CQELString::Compare(const char* s, bool no_case) const {
-    int result;
-    if (DecidedByEmptiness(*this, s, result)) return result;
-    return no_case ? ::_mbsicmp(Bytes(*this), Bytes(s)) : CompareTexts(*this, s);
+    if (no_case) return CompareWith(*this, s, ::_mbsicmp);
+    return CompareWith(*this, s, [this](const unsigned char*, const unsigned char* other) {
+        return CompareTexts(TextOf(body_), reinterpret_cast<const char*>(other));
+    });
 }
 
 int CQELString::Collate(const char* s, bool no_case) const {
-    int result;
-    if (DecidedByEmptiness(*this, s, result)) return result;
-    const RussianLocale russian;
-    return no_case ? ::_mbsicoll(Bytes(*this), Bytes(s)) : ::_mbscoll(Bytes(*this), Bytes(s));
+    return CompareWith(*this, s, [=](const unsigned char* text, const unsigned char* other) {
+        const RussianLocale russian;
+        return no_case ? ::_mbsicoll(text, other) : ::_mbscoll(text, other);
+    });
 }
 
 // --- Search ----------------------------------------------------------------------------------

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "base/export.h"
@@ -27,14 +28,20 @@
 // binary interface. There is no virtual destructor: do not derive and delete through the base.
 class QELKIT_API CQELString {
 public:
-    // The shared text: a terminated array of characters from the C runtime's heap.
+    // The shared text: a terminated array of characters from the C runtime's heap, most often
+    // from the block that holds the body itself, directly behind it.
     class QELKIT_API CQELStringImp : public CQELReference {
     public:
-        // Takes over `text` (from malloc), of `length` bytes and a terminator.
+        // Takes over `text`, of `length` bytes and a terminator: a block from malloc, or the bytes
+        // behind a body that was made in a block with room for them.
         CQELStringImp(char* text, int length) : text_(text), length_(length) {}
         CQELStringImp(const CQELStringImp&) = delete;
         CQELStringImp& operator=(const CQELStringImp&) = delete;
         ~CQELStringImp() override;
+
+        // From malloc; null, no exception, without memory.
+        static void* operator new(std::size_t size) noexcept;
+        static void operator delete(void* body) noexcept;
 
         char* text_;
         int length_;
@@ -64,8 +71,12 @@ public:
     CQELString(char c);
     // String resource `id` of a module: LoadStringA(id, module).
     CQELString(int id, const char* module);
-    CQELString(const CQELString& other);
-    ~CQELString();
+    CQELString(const CQELString& other) : body_(other.body_) {
+        if (body_) body_->AddRef();
+    }
+    ~CQELString() {
+        if (body_) body_->Release();
+    }
 
     CQELString& operator=(const CQELString& other);
     // `s` may point into this string's own text.
@@ -78,7 +89,7 @@ public:
     // The byte at an index; 0 at or past the end and for a negative index.
     char operator[](int index) const;
     char operator[](std::uint64_t index) const;
-    int Length() const;
+    int Length() const { return body_ ? body_->length_ : 0; }
     int GetLength() const { return Length(); }
     bool IsEmpty() const { return Length() == 0; }
     // Whether there is a body: not empty.

@@ -38,13 +38,35 @@ void ForEachLine(std::string_view text, Use use) {
 
 // --- Trims --------------------------------------------------------------------------------------
 
-bool IsIn(const char* set, std::string_view character) {
-    for (std::size_t n; *set; set += n) {
-        n = kit::CharacterLength(set);
-        if (character == std::string_view(set, n)) return true;
+// Whether a character is this single byte.
+struct IsCharacter {
+    char wanted;
+    bool operator()(std::string_view character) const {
+        return character.size() == 1 && character[0] == wanted;
     }
-    return false;
-}
+};
+
+// Whether a character, of one byte or two, is among those of a C string.
+class IsInSet {
+public:
+    explicit IsInSet(const char* set) : set_(set) {
+        for (std::size_t n; *set; set += n) {
+            n = kit::CharacterLength(set);
+            if (n == 1) single_[static_cast<unsigned char>(*set)] = true;
+        }
+    }
+    bool operator()(std::string_view character) const {
+        if (character.size() == 1) return single_[static_cast<unsigned char>(character[0])];
+        for (const char* s = set_; *s; s += kit::CharacterLength(s)) {
+            if (character == std::string_view(s, kit::CharacterLength(s))) return true;
+        }
+        return false;
+    }
+
+private:
+    const char* set_;
+    bool single_[256] = {};
+};
 
 // The length of the leading run of characters that belong(character) accepts.
 template <typename Belong>
@@ -58,8 +80,8 @@ std::size_t LeadingRun(std::string_view text, Belong belong) {
     return at;
 }
 
-// The length of what stands before the trailing run. The second byte of a character tells nothing
-// about itself, so a text that may hold such is walked from its start.
+// The length of what stands before the trailing run. A byte does not tell whether it is the second
+// of a character, so a text that may hold such is walked from its start.
 template <typename Belong>
 std::size_t BeforeTrailingRun(std::string_view text, Belong belong) {
     if (!kit::HasDoubleByteCharacters()) {
@@ -190,7 +212,9 @@ CQELString& CQELString::InsertRow(const CQELString& s, int column) {
 }
 
 CQELString& CQELString::Replace(char from, char to) {
-    if (body_) std::replace(body_->text_, body_->text_ + body_->length_, from, to);
+    if (!body_) return *this;
+    char* const end = body_->text_ + body_->length_;
+    std::transform(body_->text_, end, body_->text_, [=](char c) { return c == from ? to : c; });
     return *this;
 }
 
@@ -236,22 +260,22 @@ CQELString& CQELString::Exclude(const char* set) {
 }
 
 CQELString& CQELString::TrimLeft(char c) {
-    TrimLeading(body_, [c](std::string_view character) { return character == std::string_view(&c, 1); });
+    TrimLeading(body_, IsCharacter{c});
     return *this;
 }
 
 CQELString& CQELString::TrimRight(char c) {
-    TrimTrailing(body_, [c](std::string_view character) { return character == std::string_view(&c, 1); });
+    TrimTrailing(body_, IsCharacter{c});
     return *this;
 }
 
 CQELString& CQELString::TrimLeft(const char* set) {
-    if (set) TrimLeading(body_, [set](std::string_view character) { return IsIn(set, character); });
+    if (set) TrimLeading(body_, IsInSet(set));
     return *this;
 }
 
 CQELString& CQELString::TrimRight(const char* set) {
-    if (set) TrimTrailing(body_, [set](std::string_view character) { return IsIn(set, character); });
+    if (set) TrimTrailing(body_, IsInSet(set));
     return *this;
 }
 

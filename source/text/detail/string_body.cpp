@@ -6,14 +6,14 @@
 
 namespace kit {
 
+// Body and text are one block: a string costs one allocation.
 StringBody* NewBody(std::size_t length) {
     if (length > kLongestText) return nullptr;
-    char* const text = static_cast<char*>(std::malloc(length + 1));
-    if (!text) return nullptr;
+    void* const block = std::malloc(sizeof(StringBody) + length + 1);
+    if (!block) return nullptr;
+    char* const text = static_cast<char*>(block) + sizeof(StringBody);
     text[length] = '\0';
-    StringBody* const body = new (std::nothrow) StringBody(text, static_cast<int>(length));
-    if (!body) std::free(text);
-    return body;
+    return ::new (block) StringBody(text, static_cast<int>(length));
 }
 
 StringBody* NewBody(std::string_view text) { return NewBody(text, {}); }
