@@ -52,6 +52,9 @@ protected:
     // Throws a copy of the object as the class that overrides this.
     virtual void Raise() const = 0;
 
+    // For classes whose copies take the raise flag and nothing else of the status.
+    void TakeRaiseFlag(const XQELMsg& other) { raise_ = other.raise_; }
+
 private:
     bool raise_;
     mutable CQELString text_;
