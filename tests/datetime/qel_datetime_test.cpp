@@ -30,6 +30,16 @@ TEST(DateTime, ReadsTheLocalAndTheUtcClock) {
     EXPECT_LE(utc_by_default, Read(::GetSystemTime));
 }
 
+TEST(DateTime, TakesAnyIntegerForSecondsAndATruthValueForAClock) {
+    const CQELDateTime expected(1970, 1, 1, 0, 1, 5, 0);
+    EXPECT_EQ(expected, CQELDateTime(65));
+    EXPECT_EQ(expected, CQELDateTime(65u));
+    EXPECT_EQ(expected, CQELDateTime(65l));
+    EXPECT_EQ(expected, CQELDateTime(65ull));
+    EXPECT_EQ(expected, CQELUTCDateTime(65));
+    EXPECT_NE(1970, CQELDateTime(true).Year());
+}
+
 TEST(DateTime, OrdersByDateThenByTime) {
     const CQELDateTime ascending[] = {
         CQELDateTime(2024, 3, 4, 23, 59, 59, 999), CQELDateTime(2024, 3, 5, 0, 0, 0, 0),
