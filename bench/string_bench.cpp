@@ -43,8 +43,10 @@ void RunBoth(WineBench& bench, const char* group, Ours ours, Theirs theirs) {
         const double bytes = c.text.size() < kMegabyte ? 0 : static_cast<double>(c.text.size());
         CQELString our_text(c.text.c_str());
         std::string their_text = c.text;
-        bench.Run(Named(group, c, "qelkit"), [&] { ours(our_text); }, bytes);
-        bench.Run(Named(group, c, "std::string"), [&] { theirs(their_text); }, bytes);
+        bench.Run(
+            Named(group, c, "qelkit"), [&] { ours(our_text); }, bytes);
+        bench.Run(
+            Named(group, c, "std::string"), [&] { theirs(their_text); }, bytes);
     }
 }
 

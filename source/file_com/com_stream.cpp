@@ -98,8 +98,7 @@ HRESULT CQELSimpleFileStream::Write(const void* buf, ULONG count, ULONG* written
     return ::WriteFile(handle_, buf, count, written, nullptr) ? S_OK : DeniedOr(STG_E_MEDIUMFULL);
 }
 
-HRESULT CQELSimpleFileStream::Seek(LARGE_INTEGER distance, DWORD origin,
-                                   ULARGE_INTEGER* position) {
+HRESULT CQELSimpleFileStream::Seek(LARGE_INTEGER distance, DWORD origin, ULARGE_INTEGER* position) {
     if (!position) return STG_E_INVALIDPOINTER;
     const Locked locked(lock_);
     // Quirk: the high half of `distance` is not looked at; the one that the caller left in

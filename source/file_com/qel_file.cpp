@@ -88,8 +88,8 @@ private:
 
     // The runtime's access check looks at attributes only. Without a mode no rights were asked for.
     bool HeldByAnother() const {
-        return mode_ && (error_.win32 == ERROR_SHARING_VIOLATION ||
-                         error_.win32 == ERROR_LOCK_VIOLATION);
+        return mode_ &&
+               (error_.win32 == ERROR_SHARING_VIOLATION || error_.win32 == ERROR_LOCK_VIOLATION);
     }
 
     const char* const name_;
@@ -224,8 +224,7 @@ ulong32 CQELFile::Length() const {
 bool CQELFile::Truncate() {
     FILE* const stream = Begin(__LINE__);
     if (!stream) return false;
-    if (!kit::SettleStream(stream) ||
-        ::_chsize_s(::_fileno(stream), ::_ftelli64(stream)) != 0) {
+    if (!kit::SettleStream(stream) || ::_chsize_s(::_fileno(stream), ::_ftelli64(stream)) != 0) {
         Fail(kStatusTruncateFailed, errno);
     }
     return !IsError();

@@ -62,17 +62,24 @@ bool ReadStatus(const char* path, struct _stat64& status) {
     return ::_stat64(OrEmpty(path), &status) == 0;
 }
 
-// The length on disk of a file that the file system compresses; false for any other.
-bool CompressedLength(const char* path, std::uint64_t& length) {
+bool IsCompressed(const char* path) {
     const DWORD attributes = ::GetFileAttributesA(path);
-    if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_COMPRESSED)) {
-        return false;
-    }
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_COMPRESSED) != 0;
+}
+
+bool ReadLengthOnDisk(const char* path, std::uint64_t& length) {
     DWORD high = 0;
-    ::SetLastError(NO_ERROR);
+    ::SetLastError(NO_ERROR);  // 0xFFFFFFFF is a low half as good as any other
     const DWORD low = ::GetCompressedFileSizeA(path, &high);
     if (low == INVALID_FILE_SIZE && ::GetLastError() != NO_ERROR) return false;
     length = std::uint64_t{high} << 32 | low;
+    return true;
+}
+
+bool ReadLength(const char* path, std::uint64_t& length) {
+    struct _stat64 status;
+    if (!ReadStatus(path, status)) return false;
+    length = static_cast<std::uint64_t>(status.st_size);
     return true;
 }
 
@@ -92,23 +99,24 @@ bool CQELFile::CheckVolume(const char* path) {
     if (!path) return false;
     if (Access(path, 0)) return true;
     const std::string root = RootOf(path);
-    return Access(root.c_str(), 0) || ::GetVolumeInformationA(root.c_str(), nullptr, 0, nullptr,
-                                                              nullptr, nullptr, nullptr, 0);
+    return Access(root.c_str(), 0) ||
+           ::GetVolumeInformationA(root.c_str(), nullptr, 0, nullptr, nullptr, nullptr, nullptr, 0);
 }
 
 bool CQELFile::IsExists(const char* path) {
     path = OrEmpty(path);
     if (::_access(path, 0) == 0) return true;
     switch (errno) {
-        case ENOENT: return false;
-        case EACCES: return true;
-        default: return FindsAnything(Trimmed(path).c_str());
+        case ENOENT:
+            return false;
+        case EACCES:
+            return true;
+        default:
+            return FindsAnything(Trimmed(path).c_str());
     }
 }
 
-bool CQELFile::IsExists(const CQELString& path) {
-    return IsExists(static_cast<const char*>(path));
-}
+bool CQELFile::IsExists(const CQELString& path) { return IsExists(static_cast<const char*>(path)); }
 
 bool CQELFile::IsExistsEx(const char* path) {
     return IsExists(path) || FindsAnything(OrEmpty(path));
@@ -143,9 +151,8 @@ bool CQELFile::CopyFileA(const char* from, const char* to, bool fail_if_exists,
     status.Clear();
     from = OrEmpty(from);
     to = OrEmpty(to);
-    const auto outcome = kit::RunOnBusyFile(to, [&] {
-        return WithErrno([&] { return ::CopyFileA(from, to, fail_if_exists); });
-    });
+    const auto outcome = kit::RunOnBusyFile(
+        to, [&] { return WithErrno([&] { return ::CopyFileA(from, to, fail_if_exists); }); });
     if (!outcome.done) {
         Report(status, from, outcome.StatusOr(kStatusCopyFailed), outcome.last_errno);
     }
@@ -156,8 +163,8 @@ bool CQELFile::MoveFileA(const char* from, const char* to, const XQELFile& statu
     status.Clear();
     from = OrEmpty(from);
     to = OrEmpty(to);
-    const auto outcome = kit::RunOnBusyFile(
-        to, [&] { return WithErrno([&] { return ::MoveFileA(from, to); }); });
+    const auto outcome =
+        kit::RunOnBusyFile(to, [&] { return WithErrno([&] { return ::MoveFileA(from, to); }); });
     if (!outcome.done) {
         Report(status, from, outcome.StatusOr(kStatusMoveFailed), outcome.last_errno);
     }
@@ -202,11 +209,9 @@ ulong32 CQELFile::Length(const char* path, const XQELFile& status) {
 int CQELFile::GetFileLength(const char* path, std::uint64_t& length, bool on_disk) {
     length = 0;
     path = OrEmpty(path);
-    if (on_disk && CompressedLength(path, length)) return kStatusOk;
-    struct _stat64 status;
-    if (!ReadStatus(path, status)) return IsExists(path) ? kStatusLengthFailed : kStatusFileNotFound;
-    length = static_cast<std::uint64_t>(status.st_size);
-    return kStatusOk;
+    const auto read = on_disk && IsCompressed(path) ? ReadLengthOnDisk : ReadLength;
+    if (read(path, length)) return kStatusOk;
+    return IsExists(path) ? kStatusLengthFailed : kStatusFileNotFound;
 }
 
 CQELString CQELFile::CreateTempFile(const char* folder, const char* prefix) {

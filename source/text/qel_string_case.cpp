@@ -108,9 +108,7 @@ void ConvertCodePage(StringBody*& slot, ConvertBuffer convert) {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-bool IsHexDigit(char c) {
-    return IsDigit(c) || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
-}
+bool IsHexDigit(char c) { return IsDigit(c) || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f'); }
 
 template <typename Is>
 int Every(std::string_view text, Is is) {

@@ -16,9 +16,7 @@ namespace {
 #ifdef QELKIT_SSE2
 constexpr std::size_t kBlock = sizeof(__m128i);
 
-__m128i Load(const char* bytes) {
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
-}
+__m128i Load(const char* bytes) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)); }
 
 // One bit for each byte of a comparison that holds.
 unsigned BitsOf(__m128i bytes) { return static_cast<unsigned>(_mm_movemask_epi8(bytes)); }
@@ -38,7 +36,8 @@ std::size_t FindPlace(const char* text, std::size_t places, std::string_view pat
     for (; at + kBlock <= places; at += kBlock) {
         const __m128i first_right = _mm_cmpeq_epi8(first_byte, Load(text + at));
         const __m128i last_right = _mm_cmpeq_epi8(last_byte, Load(text + at + last));
-        for (unsigned both = BitsOf(_mm_and_si128(first_right, last_right)); both; both &= both - 1) {
+        for (unsigned both = BitsOf(_mm_and_si128(first_right, last_right)); both;
+             both &= both - 1) {
             const std::size_t candidate = at + static_cast<std::size_t>(std::countr_zero(both));
             if (matches(candidate)) return candidate;
         }
