@@ -16,6 +16,14 @@
 #include "file_com/qel_file.h"
 #include "file_com/stream.h"
 #include "runtime/reference.h"
+#include "status/library_loader.h"
+#include "status/notify.h"
 #include "status/qel_status.h"
 #include "status/status_codes.h"
 #include "status/status_convert.h"
+<<<<<<< HEAD
+#include "status/status_text.h"
+=======
+#include "text/c_text.h"
+#include "text/qel_string.h"
+>>>>>>> string
