@@ -5,6 +5,9 @@
 #include "base/cp1251.h"
 #include "base/export.h"
 #include "base/types.h"
+#include "compress/compress_memory.h"
+#include "compress/container_format.h"
+#include "compress/lz_coder.h"
 #include "datetime/dos_time.h"
 #include "datetime/file_time.h"
 #include "datetime/locale_text.h"
@@ -21,9 +24,6 @@
 #include "status/qel_status.h"
 #include "status/status_codes.h"
 #include "status/status_convert.h"
-<<<<<<< HEAD
 #include "status/status_text.h"
-=======
 #include "text/c_text.h"
 #include "text/qel_string.h"
->>>>>>> string
