@@ -21,9 +21,6 @@
 #include "status/qel_status.h"
 #include "status/status_codes.h"
 #include "status/status_convert.h"
-<<<<<<< HEAD
 #include "status/status_text.h"
-=======
 #include "text/c_text.h"
 #include "text/qel_string.h"
->>>>>>> string
