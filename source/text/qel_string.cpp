@@ -202,7 +202,7 @@ int CQELString::Collate(const char* s, bool no_case) const {
 
 // --- Search ----------------------------------------------------------------------------------
 
-int CQELString::Find(char c) const { return Index(TextOf(body_).find(c)); }
+int CQELString::Find(char c) const { return Index(kit::FindBytes(TextOf(body_), {&c, 1})); }
 
 int CQELString::ReverseFind(char c) const { return Index(TextOf(body_).rfind(c)); }
 
