@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdlib>
 #include <string>
 
 #include "support/wine_bench.h"
@@ -144,19 +143,9 @@ void Editing(WineBench& bench) {
         });
 }
 
-// Leaves a hole inside the heap, from which what follows is served: at the very end of a heap each
-// block may cost a system call, and then only that would be measured.
-void SettleHeap() {
-    void* const hole = std::malloc(kMegabyte / 4);
-    static const std::string fence(100, '|');
-    KeepValue(fence);
-    std::free(hole);
-}
-
 }  // namespace
 
 int main() {
-    SettleHeap();
     WineBench bench;
     Construction(bench);
     Comparison(bench);
