@@ -1,1 +1,2 @@
 # The benchmarks that need the platform, one a line.
+qelkit_wine_bench(format)

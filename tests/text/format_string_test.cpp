@@ -142,6 +142,7 @@ TEST(Sprintf, PrintsNumbersByTheRuntime) {
     EXPECT_EQ("1.50 1.500000e+000 1E-010", Printed("%.2f %e %G", 1.5, 1.5, 1e-10));
     EXPECT_EQ("  1.50|1.500   |", Printed("%*.*f|%-8.*f|", 6, 2, 1.5, 3, 1.5));
     EXPECT_EQ("0000000000001234 wide", Printed("%p %S", std::uint64_t{0x1234}, L"wide"));
+    EXPECT_EQ("[]5", Printed("[%C]%d", 0, 5));
     EXPECT_EQ("5d x", Printed("%+-5d %#x", 42, 255));
     int count = -1;
     EXPECT_EQ("abc", Printed("abc%n", &count));
