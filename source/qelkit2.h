@@ -9,3 +9,5 @@
 #include "status/qel_status.h"
 #include "status/status_codes.h"
 #include "status/status_convert.h"
+#include "text/c_text.h"
+#include "text/qel_string.h"

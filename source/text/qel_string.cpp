@@ -20,7 +20,9 @@ namespace {
 
 using kit::TextOf;
 
-const unsigned char* Bytes(const char* text) { return reinterpret_cast<const unsigned char*>(text); }
+const unsigned char* Bytes(const char* text) {
+    return reinterpret_cast<const unsigned char*>(text);
+}
 
 std::size_t Count(int n) { return n > 0 ? static_cast<std::size_t>(n) : 0; }
 
@@ -41,7 +43,8 @@ int CompareTexts(std::string_view a, std::string_view b) {
     if (x == y) return 0;
     // The bytes decide unless one of them begins a character of two, which is above all others.
     const bool may_lead = x >= 0x80 || y >= 0x80;
-    if (may_lead && kit::HasDoubleByteCharacters()) return ::_mbscmp(Bytes(a.data()), Bytes(b.data()));
+    if (may_lead && kit::HasDoubleByteCharacters())
+        return ::_mbscmp(Bytes(a.data()), Bytes(b.data()));
     return x < y ? -1 : 1;
 }
 
@@ -69,7 +72,9 @@ CQELString::CQELStringImp::~CQELStringImp() {
     if (!inside) std::free(text_);
 }
 
-void* CQELString::CQELStringImp::operator new(std::size_t size) noexcept { return std::malloc(size); }
+void* CQELString::CQELStringImp::operator new(std::size_t size) noexcept {
+    return std::malloc(size);
+}
 
 void CQELString::CQELStringImp::operator delete(void* body) noexcept { std::free(body); }
 
@@ -83,14 +88,6 @@ CQELString::CQELString(const char* s, std::uint64_t n)
 CQELString::CQELString(char c) : body_(kit::NewBody({&c, 1})) {}
 
 CQELString::CQELString(int id, const char* module) : body_(nullptr) { LoadStringA(id, module); }
-
-CQELString::CQELString(const CQELString& other) : body_(other.body_) {
-    if (body_) body_->AddRef();
-}
-
-CQELString::~CQELString() {
-    if (body_) body_->Release();
-}
 
 CQELString& CQELString::operator=(const CQELString& other) {
     if (other.body_) other.body_->AddRef();  // first: it may be our own
@@ -116,8 +113,6 @@ char CQELString::operator[](std::uint64_t index) const {
     const std::string_view text = TextOf(body_);
     return index < text.size() ? text[index] : '\0';
 }
-
-int CQELString::Length() const { return body_ ? body_->length_ : 0; }
 
 bool CQELString::IsValidString() const { return !body_ || QELIsValidString(body_->text_, -1) != 0; }
 

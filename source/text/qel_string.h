@@ -17,9 +17,12 @@
 //   that shares it sees the change. All other editing operations give this string a new body.
 //   For an independent copy, construct from the text: CQELString((const char*)other).
 // - Lengths and positions are bytes. Multi-byte characters are respected only where it is said.
-// - A body that cannot be allocated leaves the string empty (construction, assignment) or unchanged
-//   (editing). Work buffers of formatting and code-page conversion that cannot be allocated throw
-//   `(char*)"MemoryError"`.
+// - Texts end at 2^31 - 2 bytes. Zero bytes inside a text are kept, and count; read as a C string,
+//   and in comparisons, the text ends at the first.
+// - A body that cannot be allocated leaves the string empty (construction, assignment, operator+)
+//   or unchanged (editing, operator+=). Work buffers of formatting and code-page conversion that
+//   cannot be allocated throw `(char*)"MemoryError"`.
+// - Editing operations return the string itself.
 // - Strings that share a body belong to one thread at a time; the count itself is atomic, so
 //   copies may be released anywhere.
 // - CQELString(65) and s += 65 mean the character 'A'.
@@ -64,15 +67,19 @@ public:
     CQELString() : body_(nullptr) {}
     // A copy of `s`; null and "" give the empty string.
     CQELString(const char* s);
-    // A copy of the first `n` bytes of `s`, which are all readable; null, "" and n = 0 give the
-    // empty string. n above 2^31 - 2 cannot be allocated: empty.
+    // A copy of the first `n` bytes of `s`, which are all readable, whatever they are; null, "" (a
+    // zero byte first) and n = 0 give the empty string. n above 2^31 - 2: empty.
     CQELString(const char* s, std::uint64_t n);
     // One character; '\0' too makes a body, of length 1.
     CQELString(char c);
     // String resource `id` of a module: LoadStringA(id, module).
     CQELString(int id, const char* module);
-    CQELString(const CQELString& other);
-    ~CQELString();
+    CQELString(const CQELString& other) : body_(other.body_) {
+        if (body_) body_->AddRef();
+    }
+    ~CQELString() {
+        if (body_) body_->Release();
+    }
 
     CQELString& operator=(const CQELString& other);
     // `s` may point into this string's own text.
@@ -85,7 +92,7 @@ public:
     // The byte at an index; 0 at or past the end and for a negative index.
     char operator[](int index) const;
     char operator[](std::uint64_t index) const;
-    int Length() const;
+    int Length() const { return body_ ? body_->length_ : 0; }
     int GetLength() const { return Length(); }
     bool IsEmpty() const { return Length() == 0; }
     // Whether there is a body: not empty.
@@ -94,9 +101,9 @@ public:
     bool IsValidString() const;
     void Empty();
 
-    // Becomes the text of `n` bytes at `data`, up to the first zero byte among them.
+    // Becomes the text of `n` bytes at `data`, up to the first zero byte among them. Null: empty.
     void Load(const unsigned char* data, unsigned int n);
-    // The length and the text itself, not a copy: valid while the string lives unchanged.
+    // The length and the text itself, not a copy: to be read only, while the string lives unchanged.
     void Save(unsigned int& n, unsigned char*& data) const;
 
     // --- String resources --------------------------------------------------------------------
@@ -111,7 +118,9 @@ public:
     // The message of a status code; empty for a code without one.
     CQELString& LoadQelkitString(int status);
 
-    // --- Concatenation: always a new body, but an empty left side shares the right one's --------
+    // --- Concatenation --------------------------------------------------------------------------
+    // Always a new body, even when nothing is added; only an empty left side shares the body of a
+    // right one. Null is "".
 
     CQELString& operator+=(const CQELString& s);
     CQELString& operator+=(const char* s);
@@ -132,8 +141,9 @@ public:
     bool operator<(const CQELString& s) const;
     bool operator>(const CQELString& s) const;
 
-    // Below 0, 0 or above 0 by the runtime's multi-byte comparison. An empty string equals null
-    // and is below everything else, "" included.
+    // Below 0, 0 or above 0 by the runtime's multi-byte comparison, which ignores the case of
+    // Cyrillic letters only in a locale that has them. An empty string equals null and is below
+    // everything else, "" included.
     int Compare(const char* s, bool no_case = false) const;
     int CompareNoCase(const char* s) const { return Compare(s, true); }
     // The same by Russian dictionary order. Switches the process's locale for the time of the
@@ -168,8 +178,9 @@ public:
     // Nothing happens when `s` is empty or `pos` is past the end; a negative `pos` counts as 0. An
     // empty string becomes `s`, whatever `pos` is.
     CQELString& Insert(const CQELString& s, int pos);
-    // Inserts `s` at byte `column` of every line (ended by line feeds) that is at least `column`
-    // bytes long, a carriage return counting as a byte of its line. A text of one line: Insert.
+    // Inserts `s` at byte `column` of every line that is at least `column` bytes long; shorter ones
+    // stay. Line feeds separate the lines, so that one at the end is followed by an empty line; a
+    // carriage return is a byte of its line. A text of one line: Insert.
     CQELString& InsertRow(const CQELString& s, int column);
     // In place, shared with all copies.
     CQELString& Replace(char from, char to);
@@ -209,16 +220,21 @@ public:
 
     // --- Case and code page --------------------------------------------------------------------
 
-    // Each byte by the runtime's current locale; in place, shared with all copies.
+    // In place, shared with all copies.
+
+    // Each character by the runtime's conversion for its multi-byte code page (_mbctolower,
+    // _mbctoupper). That is the system's ANSI code page until _setmbcp changes it, so Cyrillic
+    // converts under code page 1251 whatever setlocale was told.
     CQELString& MakeLower();
     CQELString& MakeUpper();
-    // The same, but the 33 letters of the Russian alphabet convert in any locale.
+    // Each byte: the 33 letters of the Russian alphabet in code page 1251 convert in any locale,
+    // all others by the runtime's tolower and toupper, which follow setlocale.
     CQELString& LowerRus();
     CQELString& UpperRus();
-    // Between the ANSI and the OEM code page.
+    // Between the system's ANSI and OEM code pages.
     CQELString& CharToOemA();
     CQELString& OemToCharA();
-    // 1 when every byte is a (hexadecimal) digit, and for the empty string; else 0.
+    // 1 when every byte is a (hexadecimal) digit of ASCII, and for the empty string; else 0.
     int isdigit() const;
     int isxdigit() const;
 

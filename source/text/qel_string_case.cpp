@@ -15,71 +15,84 @@ namespace {
 using kit::StringBody;
 using kit::TextOf;
 
-using ByteTable = std::array<unsigned char, 256>;
+// What each byte becomes, as far as no locale has a say in it; kAskRuntime for the others.
+using KnownBytes = std::array<short, 256>;
+constexpr short kAskRuntime = -1;
 
-// From this length on, asking the runtime once for each of the 256 bytes costs less than asking it
-// for every byte of the text. A table is never kept: the next call may find another locale.
-constexpr std::size_t kTablePays = 512;
+// The 26 letters of ASCII convert alike in every code page.
+constexpr KnownBytes AsciiCase(char first_letter, int distance) {
+    KnownBytes known{};
+    for (int c = 0; c < 256; ++c) {
+        const bool letter = c >= first_letter && c < first_letter + 26;
+        known[c] = c >= 0x80 ? kAskRuntime : static_cast<short>(letter ? c + distance : c);
+    }
+    return known;
+}
 
-template <typename Convert>
-void ConvertBytes(StringBody* body, Convert convert) {
+template <std::size_t N>
+constexpr KnownBytes RussianCase(KnownBytes known, const std::array<char, N>& from,
+                                 const std::array<char, N>& to) {
+    for (std::size_t i = 0; i + 1 < N; ++i) {
+        known[static_cast<unsigned char>(from[i])] = static_cast<unsigned char>(to[i]);
+    }
+    return known;
+}
+
+constexpr auto kUpperAlphabet = kit::Cp1251(u"АБВГДЕЁЖЗИЙКЛМНОПРСТУФХЦЧШЩЪЫЬЭЮЯ");
+constexpr auto kLowerAlphabet = kit::Cp1251(u"абвгдеёжзийклмнопрстуфхцчшщъыьэюя");
+
+constexpr KnownBytes kToLower = AsciiCase('A', 'a' - 'A');
+constexpr KnownBytes kToUpper = AsciiCase('a', 'A' - 'a');
+constexpr KnownBytes kToLowerRus = RussianCase(kToLower, kUpperAlphabet, kLowerAlphabet);
+constexpr KnownBytes kToUpperRus = RussianCase(kToUpper, kLowerAlphabet, kUpperAlphabet);
+
+template <typename Runtime>
+unsigned char Converted(unsigned char c, const KnownBytes& known, Runtime runtime) {
+    return static_cast<unsigned char>(known[c] != kAskRuntime ? known[c] : runtime(c));
+}
+
+// From this length on, a table of all 256 bytes costs less than asking the runtime as the text
+// goes. It is made anew each time: the next call may find another locale.
+constexpr int kTablePays = 256;
+
+template <typename Runtime>
+void ConvertBytes(StringBody* body, const KnownBytes& known, Runtime runtime) {
     if (!body) return;
     unsigned char* const text = reinterpret_cast<unsigned char*>(body->text_);
     unsigned char* const end = text + body->length_;
-    if (TextOf(body).size() < kTablePays) {
+    const auto convert = [&](unsigned char c) { return Converted(c, known, runtime); };
+    if (body->length_ < kTablePays) {
         std::transform(text, end, text, convert);
         return;
     }
-    ByteTable table;
-    for (unsigned i = 0; i < table.size(); ++i) table[i] = convert(static_cast<unsigned char>(i));
+    unsigned char table[256];
+    for (int c = 0; c < 256; ++c) table[c] = convert(static_cast<unsigned char>(c));
     std::transform(text, end, text, [&](unsigned char c) { return table[c]; });
 }
 
-using ConvertCharacter = unsigned int (*)(unsigned int);
+using RuntimeCase = unsigned int (*)(unsigned int);
 
-// Characters of two bytes go through the runtime as one number, lead byte first.
-void ConvertDoubleBytes(StringBody* body, ConvertCharacter convert) {
+// The runtime takes a character of two bytes as one number, lead byte first.
+void ConvertDoubleBytes(StringBody* body, const KnownBytes& known, RuntimeCase runtime) {
     unsigned char* text = reinterpret_cast<unsigned char*>(body->text_);
-    unsigned char* const end = text + body->length_;
-    while (text < end) {
+    for (unsigned char* const end = text + body->length_; text < end;) {
         if (kit::CharacterLength(reinterpret_cast<char*>(text)) == 1) {
-            *text = static_cast<unsigned char>(convert(*text));
+            *text = Converted(*text, known, runtime);
             ++text;
             continue;
         }
-        const unsigned int converted = convert(text[0] << 8u | text[1]);
-        *text++ = static_cast<unsigned char>(converted >> 8);
-        *text++ = static_cast<unsigned char>(converted);
+        const unsigned int character = runtime(text[0] << 8u | text[1]);
+        *text++ = static_cast<unsigned char>(character >> 8);
+        *text++ = static_cast<unsigned char>(character);
     }
 }
 
-void ConvertCharacters(StringBody* body, ConvertCharacter convert) {
+void ConvertCharacters(StringBody* body, const KnownBytes& known, RuntimeCase runtime) {
     if (body && kit::HasDoubleByteCharacters()) {
-        ConvertDoubleBytes(body, convert);
-        return;
+        ConvertDoubleBytes(body, known, runtime);
+    } else {
+        ConvertBytes(body, known, runtime);
     }
-    ConvertBytes(body, [=](unsigned char c) { return static_cast<unsigned char>(convert(c)); });
-}
-
-constexpr auto kUpperRus = kit::Cp1251(u"АБВГДЕЁЖЗИЙКЛМНОПРСТУФХЦЧШЩЪЫЬЭЮЯ");
-constexpr auto kLowerRus = kit::Cp1251(u"абвгдеёжзийклмнопрстуфхцчшщъыьэюя");
-
-// For each letter of `from` the one of the other row; 0 for every other byte.
-constexpr ByteTable RussianLetters(const std::array<char, 34>& from, const std::array<char, 34>& to) {
-    ByteTable table{};
-    for (std::size_t i = 0; i + 1 < from.size(); ++i) {
-        table[static_cast<unsigned char>(from[i])] = static_cast<unsigned char>(to[i]);
-    }
-    return table;
-}
-
-constexpr ByteTable kToLowerRus = RussianLetters(kUpperRus, kLowerRus);
-constexpr ByteTable kToUpperRus = RussianLetters(kLowerRus, kUpperRus);
-
-void ConvertRussian(StringBody* body, const ByteTable& letters, int (*convert)(int)) {
-    ConvertBytes(body, [&](unsigned char c) {
-        return letters[c] != 0 ? letters[c] : static_cast<unsigned char>(convert(c));
-    });
 }
 
 using ConvertBuffer = BOOL(WINAPI*)(const char* from, char* to, DWORD length);
@@ -95,9 +108,7 @@ void ConvertCodePage(StringBody*& slot, ConvertBuffer convert) {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-bool IsHexDigit(char c) {
-    return IsDigit(c) || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
-}
+bool IsHexDigit(char c) { return IsDigit(c) || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f'); }
 
 template <typename Is>
 int Every(std::string_view text, Is is) {
@@ -107,22 +118,22 @@ int Every(std::string_view text, Is is) {
 }  // namespace
 
 CQELString& CQELString::MakeLower() {
-    ConvertCharacters(body_, ::_mbctolower);
+    ConvertCharacters(body_, kToLower, ::_mbctolower);
     return *this;
 }
 
 CQELString& CQELString::MakeUpper() {
-    ConvertCharacters(body_, ::_mbctoupper);
+    ConvertCharacters(body_, kToUpper, ::_mbctoupper);
     return *this;
 }
 
 CQELString& CQELString::LowerRus() {
-    ConvertRussian(body_, kToLowerRus, ::tolower);
+    ConvertBytes(body_, kToLowerRus, ::tolower);
     return *this;
 }
 
 CQELString& CQELString::UpperRus() {
-    ConvertRussian(body_, kToUpperRus, ::toupper);
+    ConvertBytes(body_, kToUpperRus, ::toupper);
     return *this;
 }
 

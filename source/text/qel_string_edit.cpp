@@ -153,9 +153,9 @@ std::string_view StrippedSpan(std::string_view text, int flags) {
         SkipLeading(span, " \"");
         DropTrailing(span, " \"");
     }
-    // Quirk: the next two look at the last character of the text as it was, not of the span, so
-    // that "a/  " with its blanks stripped keeps its slash and "a\n" may lose two characters.
-    // Callers rely on the combinations. Pinned by Strip.LooksAtTheEndOfTheUnstrippedText.
+    // Quirk: the next two look at the last character of the text as it was, not of the span: "a/  "
+    // keeps its slash when its trailing blanks go. Names and stored values have always been
+    // compared in this form. Pinned by Strip.LooksAtTheEndOfTheUnstrippedText.
     if ((flags & CQELString::kStripSlash) && kit::IsSlash(text.back())) DropLast(span);
     if ((flags & CQELString::kStripLineFeed) && text.back() == '\n') DropLast(span);
     if (flags & CQELString::kStripLineEnds) DropTrailing(span, "\r\n");

@@ -62,4 +62,6 @@ CQELString& CQELString::LoadStringA(int id, const char* module) {
     return *this;
 }
 
-CQELString& CQELString::LoadQelkitString(int status) { return LoadStringA(status, kOwnName.data()); }
+CQELString& CQELString::LoadQelkitString(int status) {
+    return LoadStringA(status, kOwnName.data());
+}

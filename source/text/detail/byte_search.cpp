@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstdint>
 #include <cstring>
 
 #if defined(__SSE2__) || defined(_M_X64)
@@ -15,9 +16,7 @@ namespace {
 #ifdef QELKIT_SSE2
 constexpr std::size_t kBlock = sizeof(__m128i);
 
-__m128i Load(const char* bytes) {
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
-}
+__m128i Load(const char* bytes) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)); }
 
 // One bit for each byte of a comparison that holds.
 unsigned BitsOf(__m128i bytes) { return static_cast<unsigned>(_mm_movemask_epi8(bytes)); }
@@ -37,7 +36,8 @@ std::size_t FindPlace(const char* text, std::size_t places, std::string_view pat
     for (; at + kBlock <= places; at += kBlock) {
         const __m128i first_right = _mm_cmpeq_epi8(first_byte, Load(text + at));
         const __m128i last_right = _mm_cmpeq_epi8(last_byte, Load(text + at + last));
-        for (unsigned both = BitsOf(_mm_and_si128(first_right, last_right)); both; both &= both - 1) {
+        for (unsigned both = BitsOf(_mm_and_si128(first_right, last_right)); both;
+             both &= both - 1) {
             const std::size_t candidate = at + static_cast<std::size_t>(std::countr_zero(both));
             if (matches(candidate)) return candidate;
         }
@@ -47,6 +47,17 @@ std::size_t FindPlace(const char* text, std::size_t places, std::string_view pat
         if (text[at] == pattern.front() && matches(at)) return at;
     }
     return std::string_view::npos;
+}
+
+constexpr std::size_t kWord = sizeof(std::uint64_t);
+
+// Whether eight bytes are the same in both texts and none of them ends these.
+bool GoesOn(const char* x, const char* y) {
+    std::uint64_t a, b;
+    std::memcpy(&a, x, kWord);
+    std::memcpy(&b, y, kWord);
+    const std::uint64_t some_zero = (a - 0x0101010101010101) & ~a & 0x8080808080808080;
+    return a == b && some_zero == 0;
 }
 
 }  // namespace
@@ -64,16 +75,7 @@ std::size_t PartingIndex(std::string_view a, std::string_view b) {
     const char* const x = a.data();
     const char* const y = b.data();
     std::size_t at = 0;
-#ifdef QELKIT_SSE2
-    for (; at + kBlock <= size; at += kBlock) {
-        const __m128i bytes = Load(x + at);
-        const __m128i equal = _mm_cmpeq_epi8(bytes, Load(y + at));
-        // Zero where the texts differ, and where both end.
-        const __m128i goes_on = _mm_min_epu8(bytes, equal);
-        const unsigned parts = BitsOf(_mm_cmpeq_epi8(goes_on, _mm_setzero_si128()));
-        if (parts) return at + static_cast<std::size_t>(std::countr_zero(parts));
-    }
-#endif
+    while (at + kWord <= size && GoesOn(x + at, y + at)) at += kWord;
     while (x[at] == y[at] && x[at] != '\0') ++at;
     return at;
 }
