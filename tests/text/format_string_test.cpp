@@ -187,7 +187,8 @@ TEST(CQELSprintf, FormatsAsFormatV) {
 }
 
 TEST(CQELSprintf, TakesItsFormatFromTheMainExecutable) {
-    EXPECT_EQ("", Text(CQELSprintf(1010, "Open", 5)));  // this program has no messages
+    EXPECT_EQ("seven of the program", Text(CQELSprintf(7)));
+    EXPECT_EQ("", Text(CQELSprintf(1010, "Open", 5)));  // a message of the library alone
 }
 
 void* NoMemory(std::size_t) { return nullptr; }
@@ -197,7 +198,7 @@ template <typename Operation>
 std::string WithoutMemory(Operation format) {
     CQELString string("old");
     try {
-        const ImportPatch no_memory("QELKIT2_64.dll", "malloc", reinterpret_cast<void*>(NoMemory));
+        const ImportPatch no_memory(kLibrary, "malloc", &NoMemory);
         format(string);
     } catch (char* message) {
         return message + (": " + Text(string));
