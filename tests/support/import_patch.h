@@ -49,8 +49,8 @@ private:
             auto* cell = At<IMAGE_THUNK_DATA>(module, library->FirstThunk);
             for (; name->u1.AddressOfData != 0; ++name, ++cell) {
                 if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)) continue;
-                const auto* const entry = At<IMAGE_IMPORT_BY_NAME>(
-                    module, static_cast<DWORD>(name->u1.AddressOfData));
+                const auto* const entry =
+                    At<IMAGE_IMPORT_BY_NAME>(module, static_cast<DWORD>(name->u1.AddressOfData));
                 if (std::strcmp(reinterpret_cast<const char*>(entry->Name), function) == 0) {
                     return reinterpret_cast<void**>(&cell->u1.Function);
                 }
