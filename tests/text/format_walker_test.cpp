@@ -97,7 +97,7 @@ TEST(WalkFormat, TakesStarsFromTheArguments) {
         {"[%-*s]", Slots(5, "ab"), "[ab   ]"},
         {"[%*s]", Slots(-5, "ab"), "[ab   ]"},  // the C rule
         {"[%.*s]", Slots(2, "abcdef"), "[ab]"},
-        {"[%.*s]", Slots(-2, "abcdef"), "[abcdef]"},
+        {"[%9.*s]", Slots(-2, "abcdef"), "[   abcdef]"},
         {"[%*s]", Slots(INT32_MIN, "ab"), "[ab" + std::string(254, ' ') + "]"},
     });
 }
@@ -105,6 +105,7 @@ TEST(WalkFormat, TakesStarsFromTheArguments) {
 TEST(WalkFormat, KnowsOneOrderOfFlags) {
     Check({
         {"%+-5d", Slots(42), "{%+-|i42}5d"},
+        {"%--5d", Slots(42), "{%--|i42}5d"},
         {"%+ d", Slots(42), "{%+ |i42}d"},
         {"%#x", Slots(42), "{%#|i42}x"},
         {"%0-5d", Slots(42), "{%0-|i42}5d"},
@@ -123,6 +124,8 @@ TEST(WalkFormat, LaysOutTexts) {
         {"[%5s]", Slots("ab"), "[   ab]"},
         {"[%-5s]", Slots("ab"), "[ab   ]"},
         {"[%0s]", Slots("ab"), "[ab]"},
+        {"[%-s]", Slots("ab"), "[ab]"},
+        {"[%-4.1s][%4s]", Slots("ab", "cd"), "[a   ][  cd]"},  // nothing stays from the first
         {"%.2s", Slots("abcdef"), "ab"},
         {"[%.s]", Slots("abcdef"), "[]"},
         {"[%5.2s]", Slots("abcdef"), "[   ab]"},
