@@ -38,8 +38,8 @@ struct time {
 // Fields out of range carry over, but months above 12 count as the thirteenth.
 QELKIT_API long32 dostounix(struct date* d, struct time* t);
 
-// The local reading of a number of seconds, hundredths 0. What lies before 1980, in UTC or in local
-// time, gives 1 January 1980, 00:00:00.
+// The local reading of a number of seconds, hundredths 0. Moments before 1980 UTC count as its first
+// second; where that is still 1979 by local time, 1 January 1980, 00:00:00 stands for it.
 QELKIT_API void unixtodos(long32 seconds, struct date* d, struct time* t);
 
 // Today, and the time of day now, by the system's local clock; "TZ" plays no part.

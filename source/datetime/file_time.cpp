@@ -52,6 +52,25 @@ CQELFileTime CQELFileTime::operator-(const FILETIME& other) const {
     return TicksOf(*this) - TicksOf(other);
 }
 
+namespace {
+
+// Chooses the operations with a FILETIME above.
+const FILETIME& Plain(const CQELFileTime& ft) { return ft; }
+
+}  // namespace
+
+bool CQELFileTime::operator==(const CQELFileTime& other) const { return *this == Plain(other); }
+bool CQELFileTime::operator<(const CQELFileTime& other) const { return *this < Plain(other); }
+bool CQELFileTime::operator>(const CQELFileTime& other) const { return *this > Plain(other); }
+CQELFileTime& CQELFileTime::operator+=(const CQELFileTime& other) { return *this += Plain(other); }
+CQELFileTime& CQELFileTime::operator-=(const CQELFileTime& other) { return *this -= Plain(other); }
+CQELFileTime CQELFileTime::operator+(const CQELFileTime& other) const {
+    return *this + Plain(other);
+}
+CQELFileTime CQELFileTime::operator-(const CQELFileTime& other) const {
+    return *this - Plain(other);
+}
+
 CQELDateTime FILETIME_2_QELDateTime(const FILETIME& ft, bool local) {
     const CQELDateTime unknown(1970, 1, 1, 0, 0, 0, 0);
     FILETIME shown = ft;
@@ -72,8 +91,8 @@ namespace {
 
 // The UTC fields of a local reading.
 SYSTEMTIME UtcFromLocal(const CQELDateTime& dt) {
-    // Quirk: the count of seconds is cut to 32 bits, as in CQELUTCDateTime::GetLocalTime. Pinned
-    // by FileTime.CountsLocalReadingsIn32Bits.
+    // Quirk: the count of seconds is cut to 32 bits, as in CQELUTCDateTime::GetLocalTime, so that
+    // both agree on late moments. Pinned by FileTime.CountsLocalReadingsIn32Bits.
     const auto count = static_cast<std::int32_t>(static_cast<std::int64_t>(dt));
     const std::int64_t moment = kit::LocalEpoch() + count;
     const tm* const utc = ::_gmtime64(&moment);

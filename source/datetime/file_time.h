@@ -42,20 +42,17 @@ struct QELKIT_API CQELFileTime : public FILETIME {
     CQELFileTime& operator-=(const FILETIME& other);
 
     // The same between two file times.
-    bool operator==(const CQELFileTime& other) const { return *this == AsFileTime(other); }
-    bool operator!=(const CQELFileTime& other) const { return *this != AsFileTime(other); }
-    bool operator<(const CQELFileTime& other) const { return *this < AsFileTime(other); }
-    bool operator>(const CQELFileTime& other) const { return *this > AsFileTime(other); }
-    CQELFileTime operator+(const CQELFileTime& other) const { return *this + AsFileTime(other); }
-    CQELFileTime operator-(const CQELFileTime& other) const { return *this - AsFileTime(other); }
-    CQELFileTime& operator+=(const CQELFileTime& other) { return *this += AsFileTime(other); }
-    CQELFileTime& operator-=(const CQELFileTime& other) { return *this -= AsFileTime(other); }
+    bool operator==(const CQELFileTime& other) const;
+    bool operator!=(const CQELFileTime& other) const { return !(*this == other); }
+    bool operator<(const CQELFileTime& other) const;
+    bool operator>(const CQELFileTime& other) const;
+    CQELFileTime operator+(const CQELFileTime& other) const;
+    CQELFileTime operator-(const CQELFileTime& other) const;
+    CQELFileTime& operator+=(const CQELFileTime& other);
+    CQELFileTime& operator-=(const CQELFileTime& other);
 
     // The size of a file time in bytes: 8.
     int GetObjectSize() const { return static_cast<int>(sizeof(FILETIME)); }
-
-private:
-    static const FILETIME& AsFileTime(const CQELFileTime& other) { return other; }
 };
 
 // The reading of a file time in local time, or in UTC when `local` is false; millisecond is 0, the

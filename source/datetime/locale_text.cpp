@@ -1,13 +1,12 @@
 #include "datetime/locale_text.h"
 
-#include <cstddef>
 #include <cstring>
 
 #include "base/cp1251.h"
 #include "datetime/detail/locale_forms.h"
 #include "platform/own_module.h"
 
-static_assert(offsetof(CQELLocaleInfo, language_tag) == 8 && sizeof(CQELLocaleInfo) == 24);
+static_assert(sizeof(CQELLocaleInfo) == 24, "the layout is part of the binary interface");
 
 namespace kit {
 namespace {

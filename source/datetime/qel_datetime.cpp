@@ -95,8 +95,8 @@ std::int64_t CurrentOffset() {
 
 void CQELUTCDateTime::GetLocalTime(CQELDateTime& out) const {
     const std::int64_t seconds = static_cast<std::int64_t>(*this) + CurrentOffset();
-    // Quirk: the count is cut to 32 bits, so that moments after January 2038 come out 136 years
-    // too early, or as 1970; callers store these counts in 32 bits. The offset is today's for any
-    // moment. Pinned by UtcDateTime.ConvertsByTodaysOffsetAndIn32Bits.
+    // Quirk: today's offset serves any moment, and the count is cut to 32 bits: moments after January
+    // 2038 come out as 1 January 1970, from 2106 on 136 years early. Callers keep these counts in 32
+    // bits. Pinned by UtcDateTime.ConvertsByTodaysOffsetAndIn32Bits.
     out = CQELDateTime(static_cast<std::int64_t>(static_cast<std::int32_t>(seconds)));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 #include "base/export.h"
 #include "datetime/qel_date.h"
@@ -29,8 +30,9 @@ public:
     // that the runtime cannot convert (a negative one, or after the year 3000) gives 1 January
     // 1970, 00:00:00.
     CQELDateTime(std::int64_t seconds);
-    // Makes a plain number mean seconds, where it would be ambiguous: CQELDateTime(0).
-    CQELDateTime(int seconds) : CQELDateTime(static_cast<std::int64_t>(seconds)) {}
+    // Every other integer means seconds too, where it would be ambiguous: CQELDateTime(0).
+    template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> = 0>
+    CQELDateTime(Integer seconds) : CQELDateTime(static_cast<std::int64_t>(seconds)) {}
     CQELDateTime(const CQELDateTime& other);
     CQELDateTime& operator=(const CQELDateTime& other);
     ~CQELDateTime() override;

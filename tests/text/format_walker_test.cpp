@@ -14,7 +14,7 @@ namespace {
 using kit::Conversion;
 
 // Tells what it was asked to print: "{%*d|5|i42}".
-void Describe(const Conversion& conversion, char* out) {
+std::size_t Describe(const Conversion& conversion, char* out) {
     std::ostringstream text;
     text << '{' << conversion.spec;
     for (int i = 0; i < conversion.star_count; ++i) text << '|' << conversion.stars[i];
@@ -32,7 +32,7 @@ void Describe(const Conversion& conversion, char* out) {
             break;
     }
     text << '}';
-    std::strcpy(out, text.str().c_str());
+    return text.str().copy(out, Conversion::kLongest);
 }
 
 std::string Walk(const char* format, const Slots& slots) {
@@ -187,7 +187,7 @@ TEST(WalkFormat, ReadsNoTextFurtherThanItPrints) {
 TEST(WalkFormat, TakesAllThatTheFormatterMayWrite) {
     const auto fill = [](const Conversion&, char* out) {
         std::memset(out, 'y', Conversion::kLongest);
-        out[Conversion::kLongest] = '\0';
+        return Conversion::kLongest;
     };
     kit::WorkText out;
     kit::WalkFormat("%d|%f", Slots(1, 1.5).cursor(), fill, out);

@@ -28,7 +28,9 @@ bool StartsWithHours(const char* text) {
     return IsDigit(text[0]) || (is_signed && IsDigit(text[1]));
 }
 
-// Hours beyond all reason are limited to 32 bits, and their seconds wrap around.
+// Quirk: minutes behind the hours do not count, or zones that are in use would move. Pinned by
+// DosZone.TakesLettersHoursAndTheNameOfSummerTime. Hours beyond all reason are limited to 32
+// bits, and their seconds wrap around.
 std::int32_t SecondsFromHours(const char* text) {
     using Limits = std::numeric_limits<std::int32_t>;
     const long long hours = std::strtoll(text, nullptr, 10);
@@ -87,6 +89,9 @@ int SwitchDay(int month, int year) {
 
 }  // namespace
 
+// Quirk: the rule of the United States from 1987 to 2006 serves all zones and later years, and goes
+// by standard time in October too: records made elsewhere were converted by it. Pinned by
+// DosCalendar.TurnsLocalReadingsIntoSecondsAndBack and .KeepsSummerTimeBetweenTheTwoSundays.
 bool IsDosSummerTime(int hour, int year_day, int year) {
     const bool behind_leap_day = IsLeapYear(year) && year_day >= kDaysBeforeMonth[2];
     const int month = MonthOfYearDay(year_day - (behind_leap_day ? 1 : 0));
@@ -162,6 +167,9 @@ void SetDate(int year, int year_day, struct date& d) {
 }  // namespace
 
 void UnixToDos(long32 seconds, const DosZone& zone, struct date& d, struct time& t) {
+    // Quirk: the count is cut off in UTC before it is moved to local time, so that east of Greenwich
+    // nothing reads earlier than 1980 UTC, in local time; as in all readings already kept. Pinned by
+    // UnixToDos.CutsOffBefore1980InUtcAndThenInLocalTime.
     std::int64_t x = std::max<std::int64_t>(std::int64_t{seconds} - kDosEpoch, 0);
     x = std::max<std::int64_t>(x - zone.seconds_west, 0);
     t.hundredths = 0;
