@@ -222,10 +222,10 @@ TEST_F(FileStatics, AttributesAreThoseOfTheSystem) {
     EXPECT_FALSE(status_.IsError());
 
     EXPECT_EQ(0xFFFFFFFF, CQELFile::Attributes(Path("missing").c_str(), status_));
-    ExpectFailure(status_, 41, ENOENT, Path("missing"));
+    ExpectFailure(status_, 41, 0, Path("missing"));
     status_.Clear();
     EXPECT_FALSE(CQELFile::Attributes(Path("missing").c_str(), FILE_ATTRIBUTE_NORMAL, status_));
-    ExpectFailure(status_, 41, ENOENT, Path("missing"));
+    ExpectFailure(status_, 41, 0, Path("missing"));
 }
 
 TEST_F(FileStatics, LengthReadsAFileThatOthersWrite) {
