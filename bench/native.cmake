@@ -1,1 +1,4 @@
 # The benchmarks that run natively, one a line.
+find_package(absl REQUIRED)
+find_package(Boost REQUIRED)
+qelkit_bench(hash LIBRARIES absl::flat_hash_map Boost::headers)

@@ -5,3 +5,4 @@
 #include "base/cp1251.h"
 #include "base/export.h"
 #include "base/types.h"
+#include "runtime/universal_hash.h"
