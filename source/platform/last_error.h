@@ -6,8 +6,8 @@ namespace kit {
 
 // Both error numbers of a failed call, read in the statement after it, before any cleanup.
 struct SystemError {
-    int c_error = 0;     // errno
-    ulong32 win32 = 0;   // GetLastError()
+    int c_error = 0;    // errno
+    ulong32 win32 = 0;  // GetLastError()
 
     static SystemError Capture();
 };

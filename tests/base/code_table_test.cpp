@@ -9,8 +9,8 @@ constexpr kit::CodeRow kRows[] = {{2, 2, 20}, {5, 7, 50}, {0x80000000, 0xFFFFFFF
 TEST(CodeTable, FindsRangesTheirEndsAndTheGapsBetween) {
     const struct {
         std::uint32_t code, value;
-    } cases[] = {{0, 36}, {1, 36}, {2, 20}, {3, 36}, {4, 36}, {5, 50}, {6, 50},
-                 {7, 50}, {8, 36}, {0x7FFFFFFF, 36}, {0x80000000, 9}, {0xFFFFFFFF, 9}};
+    } cases[] = {{0, 36}, {1, 36}, {2, 20}, {3, 36},          {4, 36},         {5, 50},
+                 {6, 50}, {7, 50}, {8, 36}, {0x7FFFFFFF, 36}, {0x80000000, 9}, {0xFFFFFFFF, 9}};
     for (const auto& c : cases) EXPECT_EQ(c.value, kit::Convert(kRows, c.code, 36)) << c.code;
 }
 

@@ -45,8 +45,13 @@ check 'target is a folder: nothing half-written' leaves_nothing
 run "$(windows "$scratch/text")" "$(windows "$scratch/no/such/folder")"
 check 'target folder missing: fails' ends_with 1
 
-echo old >"$scratch/kept.qel"
-chmod a-w "$scratch/kept.qel"
+echo held >"$scratch/held"
+hold "$scratch/held"
+run "$(windows "$scratch/held")"
+check 'locked: fails' ends_with 1
+check 'locked: says why' says 'Доступ запрещен'
+release "$scratch/held"
+
 run "$(windows "$scratch/text")" 'Z:\dev\full\x'
 check 'target not writable: fails' ends_with 1
 

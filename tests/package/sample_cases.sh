@@ -1,10 +1,11 @@
 # Sourced by the run_*.sh scripts: cases for a sample program.
-#   sample_cases RUN_WINE PREFIX PROGRAM SCRATCH
+#   sample_cases RUN_WINE PREFIX PROGRAM SCRATCH HOLD_FILE
 # Defines $scratch (an empty folder), run (the program with its arguments, output in $out, status
-# in $status), windows (a path as the program wants it), the checks, and finish.
+# in $status), windows (a path as the program wants it), hold and release (another program that has
+# a file open without sharing), the checks, and finish.
 
 sample_cases() {
-  run_wine=$1 prefix=$2 program=$3 scratch=$4
+  run_wine=$1 prefix=$2 program=$3 scratch=$4 hold_file=$5
   passed=0 failed=0
   rm -rf "$scratch"
   mkdir -p "$scratch"
@@ -15,6 +16,20 @@ windows() { printf 'Z:%s' "$1" | tr / '\\'; }
 run() {
   status=0
   out=$("$run_wine" "$prefix" "$program" "$@" 2>&1) || status=$?
+}
+
+hold() {
+  "$run_wine" "$prefix" "$hold_file" "$(windows "$1")" >/dev/null 2>&1 &
+  for _ in $(seq 100); do
+    [ -e "$1.held" ] && return
+    sleep 0.1
+  done
+  echo "sample_cases: $1 could not be held" >&2
+}
+
+release() {
+  touch "$1.release"
+  wait
 }
 
 check() { # check NAME COMMAND...

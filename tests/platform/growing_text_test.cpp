@@ -27,8 +27,8 @@ TEST(GrowingText, LoadsTextsWholeAroundEachBufferSize) {
 
 TEST(GrowingText, StopsAtItsLimitWhenTheCallAlwaysFillsTheBuffer) {
     std::size_t calls = 0;
-    const auto text = kit::GrowingText(
-        [&](char*, std::size_t size) { return ++calls, size; }, 16, 16, 64);
+    const auto text =
+        kit::GrowingText([&](char*, std::size_t size) { return ++calls, size; }, 16, 16, 64);
     EXPECT_EQ(63u, text.size());
     EXPECT_EQ(4u, calls);
 }

@@ -48,12 +48,12 @@ TEST(SystemError, ErrnoOfWin32CodesIsThatOfTheCRuntime) {
         DWORD code;
         int c_error;
     } cases[] = {
-        {ERROR_FILE_NOT_FOUND, ENOENT},  {ERROR_PATH_NOT_FOUND, ENOENT},
-        {ERROR_ACCESS_DENIED, EACCES},   {ERROR_SHARING_VIOLATION, EACCES},
-        {ERROR_LOCK_VIOLATION, EACCES},  {ERROR_WRITE_PROTECT, EACCES},
-        {ERROR_FILE_EXISTS, EEXIST},     {ERROR_ALREADY_EXISTS, EEXIST},
-        {ERROR_BAD_NETPATH, ENOENT},     {ERROR_GEN_FAILURE, EACCES},
-        {ERROR_INVALID_NAME, EINVAL},    {ERROR_NOT_SAME_DEVICE, EXDEV},
+        {ERROR_FILE_NOT_FOUND, ENOENT}, {ERROR_PATH_NOT_FOUND, ENOENT},
+        {ERROR_ACCESS_DENIED, EACCES},  {ERROR_SHARING_VIOLATION, EACCES},
+        {ERROR_LOCK_VIOLATION, EACCES}, {ERROR_WRITE_PROTECT, EACCES},
+        {ERROR_FILE_EXISTS, EEXIST},    {ERROR_ALREADY_EXISTS, EEXIST},
+        {ERROR_BAD_NETPATH, ENOENT},    {ERROR_GEN_FAILURE, EACCES},
+        {ERROR_INVALID_NAME, EINVAL},   {ERROR_NOT_SAME_DEVICE, EXDEV},
         {0xFFFFFFFF, EINVAL},
     };
     for (const auto& c : cases) EXPECT_EQ(c.c_error, kit::ErrnoFromWin32(c.code)) << c.code;
@@ -62,11 +62,14 @@ TEST(SystemError, ErrnoOfWin32CodesIsThatOfTheCRuntime) {
 TEST(CharacterLength, TakesALeadByteWithItsTrailByteOnly) {
     const int before = _getmbcp();
     EXPECT_EQ(1u, kit::CharacterLength("\x81\x40"));  // no lead bytes in 1251
+    EXPECT_FALSE(kit::HasDoubleByteCharacters());
     ASSERT_EQ(0, _setmbcp(932));
     EXPECT_EQ(2u, kit::CharacterLength("\x81\x40"));
     EXPECT_EQ(1u, kit::CharacterLength("\x81"));  // cut character: the terminator is no trail byte
     EXPECT_EQ(1u, kit::CharacterLength("a"));
+    EXPECT_TRUE(kit::HasDoubleByteCharacters());
     _setmbcp(before);
+    EXPECT_FALSE(kit::HasDoubleByteCharacters());
 }
 
 }  // namespace

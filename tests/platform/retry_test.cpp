@@ -17,9 +17,9 @@ struct Outcome {
 template <typename Judge>
 Outcome Retry(int succeed_at, Judge judge) {
     Outcome outcome;
-    outcome.done = kit::RetryWhileBusy([&] { return ++outcome.attempts == succeed_at; },
-                                   [&] { return judge(outcome.attempts); },
-                                   [&](unsigned ms) { outcome.pauses += ms == kit::kBusyPauseMs; });
+    outcome.done = kit::RetryWhileBusy(
+        [&] { return ++outcome.attempts == succeed_at; }, [&] { return judge(outcome.attempts); },
+        [&](unsigned ms) { outcome.pauses += ms == kit::kBusyPauseMs; });
     return outcome;
 }
 

@@ -1,0 +1,47 @@
+#include <gtest/gtest.h>
+
+#include "datetime/file_time.h"
+#include "datetime/zone.h"
+
+const Zone kZone = {-5 * 3600, true};
+
+namespace {
+
+const CQELFileTime kWinterNoon(133497936000000000);  // 15 January 2024, 12:00 UTC
+const CQELFileTime kSummerNoon(133655184000000000);  // 15 July
+
+// The hour that the platform shows for a moment: by the offset in force today, 7 or 8 at noon.
+int ShownHour(const FILETIME& ft) {
+    FILETIME local;
+    SYSTEMTIME st;
+    if (!::FileTimeToLocalFileTime(&ft, &local) || !::FileTimeToSystemTime(&local, &st)) return -1;
+    return st.wHour;
+}
+
+TEST(FileTimeInNewYork, ReadsWinterEarlyAndUtcSummerLate) {
+    const int winter = ShownHour(kWinterNoon), summer = ShownHour(kSummerNoon);
+    ASSERT_TRUE(winter == 7 || winter == 8);
+    EXPECT_EQ(CQELDateTime(2024, 1, 15, winter - 1, 0, 0, 0),
+              FILETIME_2_QELDateTime(kWinterNoon, true));
+    EXPECT_EQ(CQELDateTime(2024, 7, 15, summer, 0, 0, 0),
+              FILETIME_2_QELDateTime(kSummerNoon, true));
+    EXPECT_EQ(CQELDateTime(2024, 1, 15, 12, 0, 0, 0), FILETIME_2_QELDateTime(kWinterNoon, false));
+    EXPECT_EQ(CQELDateTime(2024, 7, 15, 13, 0, 0, 0), FILETIME_2_QELDateTime(kSummerNoon, false));
+}
+
+TEST(FileTimeInNewYork, IsMadeByTheRulesOfTheDay) {
+    EXPECT_EQ(kWinterNoon, CQELFileTime(CQELDateTime(2024, 1, 15, 7, 0, 0, 0)));
+    EXPECT_EQ(kSummerNoon, CQELFileTime(CQELDateTime(2024, 7, 15, 8, 0, 0, 0)));
+}
+
+// Of 10 March 2024 the hour from 2 to 3 is missing; of 3 November the hour from 1 to 2 comes twice.
+TEST(DateTimeInNewYork, CountsHoursAsTheyPass) {
+    const std::int64_t eve = CQELDateTime(2024, 3, 9, 12, 0, 0, 0);
+    EXPECT_EQ(eve + 23 * 3600, std::int64_t{CQELDateTime(2024, 3, 10, 12, 0, 0, 0)});
+    EXPECT_EQ(CQELDateTime(2024, 3, 10, 3, 0, 0, 0), CQELDateTime(eve + 14 * 3600));
+    const std::int64_t midnight = CQELDateTime(2024, 11, 3, 0, 0, 0, 0);
+    EXPECT_EQ(CQELDateTime(2024, 11, 3, 1, 30, 0, 0), CQELDateTime(midnight + 5400));
+    EXPECT_EQ(CQELDateTime(2024, 11, 3, 1, 30, 0, 0), CQELDateTime(midnight + 9000));
+}
+
+}  // namespace
