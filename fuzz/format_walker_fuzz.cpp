@@ -19,27 +19,23 @@ bool IsPlain(std::string_view spec) {
 }
 
 template <typename Value>
-void PrintNatively(const Conversion& c, char* out, Value value) {
+std::size_t PrintNatively(const Conversion& c, char* out, Value value) {
     constexpr std::size_t kRoom = Conversion::kLongest + 1;
     if (c.star_count == 0) std::snprintf(out, kRoom, c.spec, value);
     if (c.star_count == 1) std::snprintf(out, kRoom, c.spec, c.stars[0], value);
     if (c.star_count == 2) std::snprintf(out, kRoom, c.spec, c.stars[0], c.stars[1], value);
+    return std::strlen(out);
 }
 
 // What the native formatter cannot be asked for is printed as it is spelled.
-void Print(const Conversion& c, char out[Conversion::kLongest + 1]) {
+std::size_t Print(const Conversion& c, char out[Conversion::kLongest + 1]) {
     const std::string_view spec = c.spec;
     if (spec.size() < 2 || spec[0] != '%' || c.star_count > 2) std::abort();
-    if (!IsPlain(spec)) {
-        const std::size_t length = spec.copy(out, Conversion::kLongest);
-        out[length] = '\0';
-    } else if (c.value == Conversion::kDouble) {
-        double value;
-        std::memcpy(&value, &c.slot, sizeof value);
-        PrintNatively(c, out, value);
-    } else {
-        PrintNatively(c, out, c.slot);
-    }
+    if (!IsPlain(spec)) return spec.copy(out, Conversion::kLongest);
+    if (c.value != Conversion::kDouble) return PrintNatively(c, out, c.slot);
+    double value;
+    std::memcpy(&value, &c.slot, sizeof value);
+    return PrintNatively(c, out, value);
 }
 
 }  // namespace

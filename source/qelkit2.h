@@ -19,6 +19,7 @@
 #include "file_com/qel_file.h"
 #include "file_com/stream.h"
 #include "runtime/reference.h"
+#include "runtime/universal_hash.h"
 #include "status/library_loader.h"
 #include "status/notify.h"
 #include "status/qel_status.h"

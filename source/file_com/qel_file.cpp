@@ -200,7 +200,7 @@ bool CQELFile::IsEOF() const {
 
 void CQELFile::Flush() {
     FILE* const stream = Begin(__LINE__);
-    if (stream && std::fflush(stream) != 0) Fail(kStatusFlushFailed, errno);
+    if (stream && std::fflush(stream) != 0) Fail(kStatusFlushFailed, 0);
 }
 
 int CQELFile::Seek(long32 offset, int whence) const {

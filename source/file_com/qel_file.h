@@ -104,7 +104,7 @@ public:
     bool IsEOF() const;
 
     // Hands buffered data to the system, and on to the disk if the mode has the letter "c".
-    // Failure: 120 with errno. Not open: 117.
+    // Failure: 120, errno 0. Not open: 117.
     void Flush();
 
     // --- Position and length -----------------------------------------------------------------
@@ -140,7 +140,7 @@ public:
 
     // Sets the times of last access and modification to this local time, in steps of two seconds
     // (1980 to 2107). Buffered data is written first, so that closing leaves the time alone.
-    // Returns success; failure: 122 with errno; not open: 122, false.
+    // Returns success; failure, also of a file that is not open: 122, errno 0.
     bool LastWriteTime(const CQELDateTime& time) const;
 
     // --- Operations on paths -----------------------------------------------------------------
@@ -184,9 +184,9 @@ public:
     // Renames a file or folder, across drives too (a file). Failure: 124 or 501, naming `from`.
     static bool MoveFileA(const char* from, const char* to, const XQELFile& status);
 
-    // The system's attribute word; 0xFFFFFFFF with 41 on failure.
+    // The system's attribute word; 0xFFFFFFFF with 41, errno 0, on failure.
     static ulong32 Attributes(const char* path, const XQELFile& status);
-    // Sets it. Failure: 41.
+    // Sets it. Failure: 41, errno 0.
     static bool Attributes(const char* path, ulong32 attributes, const XQELFile& status);
 
     // The length of a file, also of one that others have open. 0xFFFFFFFF when it cannot be opened

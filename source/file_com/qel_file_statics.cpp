@@ -176,7 +176,7 @@ ulong32 CQELFile::Attributes(const char* path, const XQELFile& status) {
     path = OrEmpty(path);
     const DWORD attributes = ::GetFileAttributesA(path);
     if (attributes == INVALID_FILE_ATTRIBUTES) {
-        Report(status, path, kStatusAttributesFailed, kit::ErrnoFromWin32(::GetLastError()));
+        Report(status, path, kStatusAttributesFailed, 0);
     }
     return attributes;
 }
@@ -185,7 +185,7 @@ bool CQELFile::Attributes(const char* path, ulong32 attributes, const XQELFile& 
     status.Clear();
     path = OrEmpty(path);
     if (!::SetFileAttributesA(path, attributes)) {
-        Report(status, path, kStatusAttributesFailed, kit::ErrnoFromWin32(::GetLastError()));
+        Report(status, path, kStatusAttributesFailed, 0);
     }
     return !status.IsError();
 }

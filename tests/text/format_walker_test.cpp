@@ -14,7 +14,7 @@ namespace {
 using kit::Conversion;
 
 // Tells what it was asked to print: "{%*d|5|i42}".
-void Describe(const Conversion& conversion, char* out) {
+std::size_t Describe(const Conversion& conversion, char* out) {
     std::ostringstream text;
     text << '{' << conversion.spec;
     for (int i = 0; i < conversion.star_count; ++i) text << '|' << conversion.stars[i];
@@ -32,7 +32,7 @@ void Describe(const Conversion& conversion, char* out) {
             break;
     }
     text << '}';
-    std::strcpy(out, text.str().c_str());
+    return text.str().copy(out, Conversion::kLongest);
 }
 
 std::string Walk(const char* format, const Slots& slots) {
@@ -97,7 +97,7 @@ TEST(WalkFormat, TakesStarsFromTheArguments) {
         {"[%-*s]", Slots(5, "ab"), "[ab   ]"},
         {"[%*s]", Slots(-5, "ab"), "[ab   ]"},  // the C rule
         {"[%.*s]", Slots(2, "abcdef"), "[ab]"},
-        {"[%.*s]", Slots(-2, "abcdef"), "[abcdef]"},
+        {"[%9.*s]", Slots(-2, "abcdef"), "[   abcdef]"},
         {"[%*s]", Slots(INT32_MIN, "ab"), "[ab" + std::string(254, ' ') + "]"},
     });
 }
@@ -105,6 +105,7 @@ TEST(WalkFormat, TakesStarsFromTheArguments) {
 TEST(WalkFormat, KnowsOneOrderOfFlags) {
     Check({
         {"%+-5d", Slots(42), "{%+-|i42}5d"},
+        {"%--5d", Slots(42), "{%--|i42}5d"},
         {"%+ d", Slots(42), "{%+ |i42}d"},
         {"%#x", Slots(42), "{%#|i42}x"},
         {"%0-5d", Slots(42), "{%0-|i42}5d"},
@@ -123,6 +124,8 @@ TEST(WalkFormat, LaysOutTexts) {
         {"[%5s]", Slots("ab"), "[   ab]"},
         {"[%-5s]", Slots("ab"), "[ab   ]"},
         {"[%0s]", Slots("ab"), "[ab]"},
+        {"[%-s]", Slots("ab"), "[ab]"},
+        {"[%-4.1s][%4s]", Slots("ab", "cd"), "[a   ][  cd]"},  // nothing stays from the first
         {"%.2s", Slots("abcdef"), "ab"},
         {"[%.s]", Slots("abcdef"), "[]"},
         {"[%5.2s]", Slots("abcdef"), "[   ab]"},
@@ -187,7 +190,7 @@ TEST(WalkFormat, ReadsNoTextFurtherThanItPrints) {
 TEST(WalkFormat, TakesAllThatTheFormatterMayWrite) {
     const auto fill = [](const Conversion&, char* out) {
         std::memset(out, 'y', Conversion::kLongest);
-        out[Conversion::kLongest] = '\0';
+        return Conversion::kLongest;
     };
     kit::WorkText out;
     kit::WalkFormat("%d|%f", Slots(1, 1.5).cursor(), fill, out);

@@ -91,7 +91,7 @@ int SwitchDay(int month, int year) {
 
 // Quirk: the rule of the United States from 1987 to 2006 serves all zones and later years, and goes
 // by standard time in October too: records made elsewhere were converted by it. Pinned by
-// UnixToDos.GivesTheLocalReading and DosCalendar.SwitchesAtTwoOClock.
+// DosCalendar.TurnsLocalReadingsIntoSecondsAndBack and .KeepsSummerTimeBetweenTheTwoSundays.
 bool IsDosSummerTime(int hour, int year_day, int year) {
     const bool behind_leap_day = IsLeapYear(year) && year_day >= kDaysBeforeMonth[2];
     const int month = MonthOfYearDay(year_day - (behind_leap_day ? 1 : 0));

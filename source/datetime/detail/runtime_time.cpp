@@ -89,8 +89,8 @@ std::optional<std::int64_t> SecondsFromReading(tm& reading) {
     reading = asked;
     const std::int64_t next_day = SecondsOfNextDay(asked);
     const std::int64_t before_1970 = next_day - kSecondsPerDay;
-    if (next_day == kRefused || before_1970 < LocalEpoch()) return std::nullopt;
-    if (!ReadingFromSeconds(before_1970, reading)) return std::nullopt;
+    const bool is_first_day = next_day != kRefused && before_1970 >= LocalEpoch();
+    if (!is_first_day || !ReadingFromSeconds(before_1970, reading)) return std::nullopt;
     return before_1970;
 }
 

@@ -33,7 +33,7 @@ SYSTEMTIME Now(bool local);
 
 // _mktime64 and _localtime64, also for those hours of 1 January 1970, local time, that are before
 // 1970 in UTC; some runtimes refuse them, all of them east of Greenwich. Nothing and false when the
-// runtime refuses; `reading` is then as it was, or as the runtime left it.
+// runtime refuses; `reading` is then as it was.
 std::optional<std::int64_t> SecondsFromReading(tm& reading);
 bool ReadingFromSeconds(std::int64_t seconds, tm& reading);
 
