@@ -1,0 +1,178 @@
+#include "net/detail/address_index.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <numeric>
+#include <utility>
+
+namespace kit {
+namespace {
+
+constexpr int kDigitBits = 11;  // three digits make 32 bits
+constexpr std::size_t kDigits = std::size_t{1} << kDigitBits;
+
+std::size_t DigitOf(std::uint64_t packed, int place) {
+    return static_cast<std::size_t>(packed >> (32 + place * kDigitBits)) & (kDigits - 1);
+}
+
+// Puts `from` into `to` by one digit, keeping the order of equal ones.
+void SortByDigit(const std::vector<std::uint64_t>& from, std::vector<std::uint64_t>& to,
+                 int place) {
+    std::array<std::size_t, kDigits> at{};
+    for (const std::uint64_t packed : from) ++at[DigitOf(packed, place)];
+    std::exclusive_scan(at.begin(), at.end(), at.begin(), std::size_t{0});
+    for (const std::uint64_t packed : from) to[at[DigitOf(packed, place)]++] = packed;
+}
+
+}  // namespace
+
+void SortByHighHalf(std::vector<std::uint64_t>& packed) {
+    if (packed.size() < kDigits / 4) {
+        std::stable_sort(packed.begin(), packed.end(), [](std::uint64_t a, std::uint64_t b) {
+            return HighOf(a) < HighOf(b);
+        });
+        return;
+    }
+    std::vector<std::uint64_t> other(packed.size());
+    for (int place = 0; place < 3; ++place) {
+        SortByDigit(packed, other, place);
+        packed.swap(other);
+    }
+}
+
+// --- AddressSearch ---------------------------------------------------------------------------------
+
+AddressSearch::AddressSearch(std::vector<std::uint32_t> ascending)
+    : addresses_(std::move(ascending)) {
+    if (addresses_.empty()) return;
+    lowest_ = addresses_.front();
+    const std::uint32_t span = addresses_.back() - lowest_;
+    while (span >> shift_ > addresses_.size()) ++shift_;
+    first_.assign((span >> shift_) + std::size_t{2}, 0);
+    for (const std::uint32_t address : addresses_) ++first_[((address - lowest_) >> shift_) + 1];
+    std::partial_sum(first_.begin(), first_.end(), first_.begin());
+}
+
+std::size_t AddressSearch::CountUpTo(std::uint32_t address) const {
+    if (addresses_.empty() || address < lowest_) return 0;
+    if (address >= addresses_.back()) return addresses_.size();
+    const std::uint32_t* const row = &first_[(address - lowest_) >> shift_];
+    const auto found = std::upper_bound(addresses_.begin() + row[0], addresses_.begin() + row[1], address);
+    return static_cast<std::size_t>(found - addresses_.begin());
+}
+
+// --- ReachTable ------------------------------------------------------------------------------------
+
+void ReachTable::Build() {
+    SortByHighHalf(pairs_);
+    std::vector<std::uint32_t> lows;
+    lows.reserve(pairs_.size());
+    reach_.reserve(pairs_.size());
+    std::uint32_t reach = 0;
+    for (const std::uint64_t pair : pairs_) {
+        reach = (std::max)(reach, LowOf(pair));
+        lows.push_back(HighOf(pair));
+        reach_.push_back(reach);
+    }
+    lows_ = AddressSearch(std::move(lows));
+}
+
+// --- FirstHit --------------------------------------------------------------------------------------
+
+void FirstHit::Add(std::uint32_t first, std::uint32_t last, std::uint32_t number) {
+    const auto index = static_cast<std::uint32_t>(numbers_.size());
+    bounds_.push_back(Pack(first, 2 * index));
+    if (last != kLastAddress) bounds_.push_back(Pack(last + 1, 2 * index + 1));
+    numbers_.push_back(number);
+}
+
+void FirstHit::Build() {
+    SortByHighHalf(bounds_);
+    std::vector<std::uint32_t> starts;
+    std::vector<std::uint32_t> begins(numbers_.size());
+    std::vector<std::uint32_t> ends(numbers_.size(), kNone);
+    for (const std::uint64_t bound : bounds_) {
+        if (starts.empty() || starts.back() != HighOf(bound)) starts.push_back(HighOf(bound));
+        auto& places = LowOf(bound) % 2 == 0 ? begins : ends;
+        places[LowOf(bound) / 2] = static_cast<std::uint32_t>(starts.size());
+    }
+    leaves_ = starts.size() + 1;
+    for (auto& end : ends) end = (std::min)(end, static_cast<std::uint32_t>(leaves_));
+    least_.assign(2 * leaves_, kNone);
+    Paint(begins, ends);
+    for (std::size_t i = leaves_ - 1; i > 0; --i) {
+        least_[i] = (std::min)(least_[2 * i], least_[2 * i + 1]);
+    }
+    segments_ = AddressSearch(std::move(starts));
+}
+
+// Gives every segment to the first interval that covers it. Each chain of `unpainted` leads to the
+// next segment that is still free, so that no segment is passed twice.
+void FirstHit::Paint(const std::vector<std::uint32_t>& begins,
+                     const std::vector<std::uint32_t>& ends) {
+    std::vector<std::uint32_t> unpainted(leaves_ + 1);
+    std::iota(unpainted.begin(), unpainted.end(), 0U);
+    const auto next_free = [&](std::uint32_t at) {
+        while (unpainted[at] != at) at = unpainted[at] = unpainted[unpainted[at]];
+        return at;
+    };
+    for (std::size_t i = 0; i < begins.size(); ++i) {
+        for (std::uint32_t at = next_free(begins[i]); at < ends[i]; at = next_free(at)) {
+            least_[leaves_ + at] = numbers_[i];
+            unpainted[at] = at + 1;
+        }
+    }
+}
+
+std::uint32_t FirstHit::Find(std::uint32_t first, std::uint32_t last) const {
+    std::size_t left = leaves_ + segments_.CountUpTo(first);
+    std::size_t right = leaves_ + segments_.CountUpTo(last) + 1;
+    std::uint32_t least = kNone;
+    for (; left < right; left /= 2, right /= 2) {
+        if (left % 2 != 0) least = (std::min)(least, least_[left++]);
+        if (right % 2 != 0) least = (std::min)(least, least_[--right]);
+    }
+    return least;
+}
+
+// --- OverlapIndex ----------------------------------------------------------------------------------
+
+void OverlapIndex::Add(std::uint32_t first, std::uint32_t last, std::uint32_t number) {
+    pending_.push_back(Pack(first, static_cast<std::uint32_t>(pending_.size())));
+    pending_last_.push_back(last);
+    pending_number_.push_back(number);
+}
+
+void OverlapIndex::Build() {
+    SortByHighHalf(pending_);
+    leaves_ = std::bit_ceil(pending_.size() + 1);
+    greatest_.assign(2 * leaves_, 0);
+    std::vector<std::uint32_t> lows;
+    lows.reserve(pending_.size());
+    numbers_.reserve(pending_.size());
+    for (const std::uint64_t entry : pending_) {
+        greatest_[leaves_ + lows.size()] = pending_last_[LowOf(entry)];
+        numbers_.push_back(pending_number_[LowOf(entry)]);
+        lows.push_back(HighOf(entry));
+    }
+    for (std::size_t i = leaves_ - 1; i > 0; --i) {
+        greatest_[i] = (std::max)(greatest_[2 * i], greatest_[2 * i + 1]);
+    }
+    lows_ = AddressSearch(std::move(lows));
+}
+
+std::size_t OverlapIndex::PreviousReaching(std::size_t end, std::uint32_t address) const {
+    // Up, until a subtree on the left holds such a place; there is always a leaf behind `end`.
+    std::size_t node = leaves_ + end;
+    while (node > 1 && (node % 2 == 0 || greatest_[node - 1] < address)) node /= 2;
+    if (node <= 1) return kNone;
+    --node;
+    while (node < leaves_) {  // and down on its right side
+        node *= 2;
+        if (greatest_[node + 1] >= address) ++node;
+    }
+    return node - leaves_;
+}
+
+}  // namespace kit

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "base/export.h"
+#include "base/types.h"
+
+namespace kit {
+
+// Visual C++ makes the const of a returned value part of a function's decorated name, so it stays
+// there; other compilers only warn of it.
+#ifdef _MSC_VER
+using ReturnedBool = const bool;
+#else
+using ReturnedBool = bool;
+#endif
+
+}  // namespace kit
+
+// One IPv4 address, or all addresses from `from` to `to`. Addresses are numbers in host order
+// (net/ip_text.h).
+//
+// - A point stands for the single address `from`. It has `to` equal to `from` or 0: (a, 0) is the
+//   usual way of writing one address, and (a, a) is equal to it.
+// - A range with 0 < `to` < `from` is inverted. Nothing rejects it and no address lies in it, but
+//   the comparisons below treat it like any other pair of bounds.
+//
+// The two fields, eight bytes in this order, are part of the binary interface.
+class QELKIT_API CQELRangeIP {
+public:
+    ulong32 from = 0;
+    ulong32 to = 0;
+
+    CQELRangeIP() = default;
+    // Stores the bounds as they are.
+    CQELRangeIP(ulong32 from_address, ulong32 to_address) : from(from_address), to(to_address) {}
+    // `from` is the low half of `v` and `to` its high half.
+    CQELRangeIP(std::uint64_t v)
+        : from(static_cast<ulong32>(v)), to(static_cast<ulong32>(v >> 32)) {}
+
+    kit::ReturnedBool IsPoint() const { return to == from || to == 0; }
+    // Writes a point as (a, a); leaves other ranges alone.
+    void Normalize() {
+        if (IsPoint()) to = from;
+    }
+
+    // Points are equal when their addresses are: (5, 0) == (5, 5). Otherwise both bounds decide.
+    bool operator==(const CQELRangeIP& b) const {
+        return from == b.from && (to == b.to || (IsPoint() && b.IsPoint()));
+    }
+    // Points are ordered by their addresses; otherwise `from` decides, then `to`.
+    bool operator<(const CQELRangeIP& b) const {
+        return from < b.from || (from == b.from && to < b.to && !(IsPoint() && b.IsPoint()));
+    }
+
+    // Whether the two share an address. Of an inverted range the bounds alone are looked at: as the
+    // left side it crosses what either bound lies in, as the right side what its `from` lies in.
+    bool IsCross(const CQELRangeIP& b) const;
+    // Whether this range lies wholly within b.
+    bool IsInclude(const CQELRangeIP& b) const;
+
+    // The text of `from` and, unless the range is a point, of `to` behind it. Style 1 puts "-"
+    // between them, style 2 " - ".
+    const std::string GetItemIpString(ulong32 style) const;
+};
+
+static_assert(sizeof(CQELRangeIP) == 8 && offsetof(CQELRangeIP, from) == 0 &&
+                  offsetof(CQELRangeIP, to) == 4,
+              "the layout is part of the binary interface");
