@@ -1,2 +1,3 @@
 # The benchmarks that run natively, one a line.
 qelkit_bench(ip_text)
+qelkit_bench(range_list LIBRARIES roaring)

@@ -57,13 +57,25 @@ public:
 
     // Whether the two share an address. Of an inverted range the bounds alone are looked at: as the
     // left side it crosses what either bound lies in, as the right side what its `from` lies in.
-    bool IsCross(const CQELRangeIP& b) const;
+    bool IsCross(const CQELRangeIP& b) const {
+        if (*this == b) return true;
+        if (IsPoint()) return !b.IsPoint() && b.Spans(from);
+        if (b.IsPoint()) return Spans(b.from);
+        return b.Spans(from) || b.Spans(to) || Spans(b.from);
+    }
     // Whether this range lies wholly within b.
-    bool IsInclude(const CQELRangeIP& b) const;
+    bool IsInclude(const CQELRangeIP& b) const {
+        if (*this == b) return true;
+        return !b.IsPoint() && b.Spans(from) && (IsPoint() || b.Spans(to));
+    }
 
     // The text of `from` and, unless the range is a point, of `to` behind it. Style 1 puts "-"
     // between them, style 2 " - ".
     const std::string GetItemIpString(ulong32 style) const;
+
+private:
+    // By the bounds as they are: nothing lies between those of (a, 0) or of an inverted range.
+    bool Spans(ulong32 address) const { return from <= address && address <= to; }
 };
 
 static_assert(sizeof(CQELRangeIP) == 8 && offsetof(CQELRangeIP, from) == 0 &&

@@ -43,6 +43,8 @@ void SortByHighHalf(std::vector<std::uint64_t>& packed) {
 
 // --- AddressSearch ---------------------------------------------------------------------------------
 
+constexpr std::ptrdiff_t kNear = 8;  // so few addresses are looked through one by one
+
 AddressSearch::AddressSearch(std::vector<std::uint32_t> ascending)
     : addresses_(std::move(ascending)) {
     if (addresses_.empty()) return;
@@ -58,8 +60,17 @@ std::size_t AddressSearch::CountUpTo(std::uint32_t address) const {
     if (addresses_.empty() || address < lowest_) return 0;
     if (address >= addresses_.back()) return addresses_.size();
     const std::uint32_t* const row = &first_[(address - lowest_) >> shift_];
-    const auto found = std::upper_bound(addresses_.begin() + row[0], addresses_.begin() + row[1], address);
-    return static_cast<std::size_t>(found - addresses_.begin());
+    const std::uint32_t* at = addresses_.data() + row[0];
+    const std::uint32_t* const end = addresses_.data() + row[1];
+    if (end - at > kNear) at = std::upper_bound(at, end, address);
+    while (at != end && *at <= address) ++at;
+    return static_cast<std::size_t>(at - addresses_.data());
+}
+
+std::size_t AddressSearch::CountUpTo(std::uint32_t address, std::size_t known) const {
+    const std::size_t near = (std::min)(addresses_.size(), known + kNear);
+    while (known < near && addresses_[known] <= address) ++known;
+    return known < near || near == addresses_.size() ? known : CountUpTo(address);
 }
 
 // --- ReachTable ------------------------------------------------------------------------------------
@@ -126,8 +137,10 @@ void FirstHit::Paint(const std::vector<std::uint32_t>& begins,
 }
 
 std::uint32_t FirstHit::Find(std::uint32_t first, std::uint32_t last) const {
-    std::size_t left = leaves_ + segments_.CountUpTo(first);
-    std::size_t right = leaves_ + segments_.CountUpTo(last) + 1;
+    std::size_t left = segments_.CountUpTo(first);
+    std::size_t right = segments_.CountUpTo(last, left) + 1;
+    left += leaves_;
+    right += leaves_;
     std::uint32_t least = kNone;
     for (; left < right; left /= 2, right /= 2) {
         if (left % 2 != 0) least = (std::min)(least, least_[left++]);

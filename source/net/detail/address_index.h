@@ -32,6 +32,8 @@ public:
 
     // How many of the addresses are not above `address`.
     std::size_t CountUpTo(std::uint32_t address) const;
+    // The same when at least `known` are not, which is mostly near the answer.
+    std::size_t CountUpTo(std::uint32_t address, std::size_t known) const;
     std::size_t size() const { return addresses_.size(); }
     bool AnyBetween(std::uint32_t first, std::uint32_t last) const {
         const std::size_t below = first == 0 ? 0 : CountUpTo(first - 1);

@@ -156,33 +156,38 @@ std::uint32_t Passes::Walk::Next(const CQELRangeIP& x) {
 // --- Ranges, by index --------------------------------------------------------------------------------
 
 // Every range goes through the passes by itself; where the upper parts belong is found afterwards.
+// The list changes only in Apply(), when nothing can fail any more.
 class RangeRemoval {
 public:
-    RangeRemoval(const RangeList& list, RangeList::const_iterator taken, std::size_t passes);
+    RangeRemoval(RangeList& list, RangeList::const_iterator taken, std::size_t passes);
     void Run();
-    // Puts the result into the list that this was made from.
-    void ApplyTo(RangeList& list) const;
+    void Apply();
 
 private:
-    struct Item {
+    struct Change {
+        RangeList::iterator place;
         CQELRangeIP range;
-        std::size_t parent = 0;   // the item that this was cut from
-        std::uint32_t pass = 0;   // by which it was; it is visited in the same pass
-        bool erased = false;
+        Effect effect;
+    };
+    struct Piece {
+        CQELRangeIP range;
+        std::size_t parent;  // the place in the list of the range that it was cut from
+        std::uint32_t pass;  // by which it was; it is visited in the same pass
+        bool erased;
     };
 
-    void RunItem(std::size_t index);
+    Effect RunRange(CQELRangeIP& x, std::size_t place, std::uint32_t pass);
     std::vector<std::size_t> OrderOfPieces() const;
 
+    RangeList& list_;
     std::vector<CQELRangeIP> taken_;
     Passes passes_;
-    std::size_t originals_;
-    std::vector<Item> items_;  // the ranges of the list, then the pieces cut off
+    std::vector<Change> changes_;  // of the ranges that are in the list
+    std::vector<Piece> pieces_;    // their places follow those of the list, in this order
 };
 
-RangeRemoval::RangeRemoval(const RangeList& list, RangeList::const_iterator taken,
-                           std::size_t passes)
-    : passes_(passes), originals_(list.size()) {
+RangeRemoval::RangeRemoval(RangeList& list, RangeList::const_iterator taken, std::size_t passes)
+    : list_(list), passes_(passes) {
     taken_.reserve(passes);
     for (std::uint32_t pass = 0; pass < passes; ++pass, ++taken) {
         taken_.push_back(*taken);
@@ -190,63 +195,72 @@ RangeRemoval::RangeRemoval(const RangeList& list, RangeList::const_iterator take
         if (IsInverted(*taken)) passes_.Add(pass, taken->to, taken->to);
     }
     passes_.Build();
-    items_.reserve(originals_ + passes);
-    for (const auto& range : list) items_.push_back({range});
 }
 
 void RangeRemoval::Run() {
-    for (std::size_t i = 0; i < items_.size(); ++i) RunItem(i);
+    std::size_t place = 0;
+    for (auto x = list_.begin(); x != list_.end(); ++x, ++place) {
+        CQELRangeIP range = *x;
+        const Effect effect = RunRange(range, place, 0);
+        if (effect != Effect::kNone) changes_.push_back({x, range, effect});
+    }
+    for (std::size_t i = 0; i < pieces_.size(); ++i, ++place) {
+        CQELRangeIP range = pieces_[i].range;
+        pieces_[i].erased = RunRange(range, place, pieces_[i].pass) == Effect::kErased;
+        pieces_[i].range = range;
+    }
 }
 
-void RangeRemoval::RunItem(std::size_t index) {
-    CQELRangeIP x = items_[index].range, upper;
-    Passes::Walk walk(passes_, items_[index].pass);
-    for (std::uint32_t pass; (pass = walk.Next(x)) != Passes::kNone;) {
+Effect RangeRemoval::RunRange(CQELRangeIP& x, std::size_t place, std::uint32_t pass) {
+    Effect all = Effect::kNone;
+    CQELRangeIP upper;
+    Passes::Walk walk(passes_, pass);
+    while ((pass = walk.Next(x)) != Passes::kNone) {
         const Effect effect = Take(taken_[pass], x, upper);
-        if (effect == Effect::kCut) items_.push_back({upper, index, pass});
-        if (effect == Effect::kErased) {
-            items_[index].erased = true;
-            return;
-        }
+        if (effect == Effect::kErased) return effect;
+        if (effect == Effect::kCut) pieces_.push_back({upper, place, pass, false});
+        if (effect != Effect::kNone) all = effect;
     }
-    items_[index].range = x;
+    return all;
 }
 
 // The passes append the pieces one after another, each in the order of the ranges that it cuts. No
 // piece is cut by the pass that made it, so where those stand is known when it is their turn.
 std::vector<std::size_t> RangeRemoval::OrderOfPieces() const {
     std::vector<std::size_t> end(taken_.size() + 1, 0);  // of each pass in `order`
-    for (std::size_t i = originals_; i < items_.size(); ++i) ++end[items_[i].pass + 1];
+    for (const Piece& piece : pieces_) ++end[piece.pass + 1];
     std::partial_sum(end.begin(), end.end(), end.begin());
-    std::vector<std::size_t> order(items_.size() - originals_);
-    for (std::size_t i = originals_; i < items_.size(); ++i) order[end[items_[i].pass]++] = i;
+    std::vector<std::size_t> order(pieces_.size());
+    for (std::size_t i = 0; i < pieces_.size(); ++i) order[end[pieces_[i].pass]++] = i;
 
-    std::vector<std::size_t> place(items_.size());
-    std::iota(place.begin(), place.end(), std::size_t{0});
+    const std::size_t originals = list_.size();
+    std::vector<std::size_t> final_place(pieces_.size());
+    const auto parent_of = [&](std::size_t piece) {
+        const std::size_t parent = pieces_[piece].parent;
+        return parent < originals ? parent : originals + final_place[parent - originals];
+    };
     std::size_t begin = 0;
     for (std::size_t pass = 0; pass < taken_.size(); begin = end[pass++]) {
-        std::sort(order.begin() + begin, order.begin() + end[pass], [&](auto a, auto b) {
-            return place[items_[a].parent] < place[items_[b].parent];
-        });
-        for (std::size_t i = begin; i < end[pass]; ++i) place[order[i]] = originals_ + i;
+        std::sort(order.begin() + begin, order.begin() + end[pass],
+                  [&](std::size_t a, std::size_t b) { return parent_of(a) < parent_of(b); });
+        for (std::size_t i = begin; i < end[pass]; ++i) final_place[order[i]] = i;
     }
     return order;
 }
 
-void RangeRemoval::ApplyTo(RangeList& list) const {
-    RangeList pieces;
-    for (const std::size_t index : OrderOfPieces()) {
-        if (!items_[index].erased) pieces.push_back(items_[index].range);
+void RangeRemoval::Apply() {
+    RangeList appended;
+    for (const std::size_t piece : OrderOfPieces()) {
+        if (!pieces_[piece].erased) appended.push_back(pieces_[piece].range);
     }
-    std::size_t index = 0;  // from here on nothing can fail
-    for (auto x = list.begin(); x != list.end(); ++index) {
-        if (items_[index].erased) {
-            x = list.erase(x);
+    for (const Change& change : changes_) {  // from here on nothing can fail
+        if (change.effect == Effect::kErased) {
+            list_.erase(change.place);
         } else {
-            *x++ = items_[index].range;
+            *change.place = change.range;
         }
     }
-    list.splice(list.end(), pieces);
+    list_.splice(list_.end(), appended);
 }
 
 // --- Subnets, by index -------------------------------------------------------------------------------
@@ -354,7 +368,7 @@ void RemoveRanges(RangeList& list, const RangeList& taken, double price) {
         if (IndexPays(list.size(), left, price)) {
             RangeRemoval removal(list, r, left);
             removal.Run();
-            removal.ApplyTo(list);
+            removal.Apply();
             return;
         }
         for (auto x = list.begin(); x != list.end();) {
