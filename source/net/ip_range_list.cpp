@@ -86,7 +86,8 @@ const CQELRangeIP& CQELRangeIPList::operator[](int i) const {
 // --- Sets of ranges ----------------------------------------------------------------------------------
 
 CQELRangeIPList& CQELRangeIPList::operator+=(const CQELRangeIPList& b) {
-    kit::AppendMissing(*this, b);
+    auto missing = kit::MissingIn<CQELRangeIP>(*this, b);
+    splice(end(), missing);
     return *this;
 }
 

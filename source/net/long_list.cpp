@@ -31,7 +31,8 @@ ulong32& CQELLongList::operator[](int i) {
 }
 
 CQELLongList& CQELLongList::operator+=(const CQELLongList& b) {
-    kit::AppendMissing(*this, b);
+    auto missing = kit::MissingIn<ulong32>(*this, b);
+    splice(end(), missing);
     return *this;
 }
 

@@ -88,9 +88,7 @@ int StdListSafe<T>::Sizeof() const {
 
 template <typename T>
 void StdListSafe<T>::RemoveList(const StdListSafe& b) {
-    kit::ExactSet gone;
-    for (const T& element : b) gone.Insert(element);
-    this->remove_if([&](const T& element) { return gone.Has(element); });
+    kit::RemoveEqual<T>(*this, b);
 }
 
 template class QELKIT_LIST_INSTANCE StdListSafe<ulong32>;

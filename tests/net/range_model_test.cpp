@@ -7,6 +7,7 @@
 
 #include <bitset>
 #include <cstddef>
+#include <cstdint>
 #include <random>
 #include <string>
 
@@ -16,7 +17,7 @@
 
 namespace {
 
-constexpr double kAlwaysIndex = 0;
+constexpr std::uint64_t kAlwaysIndex = 0;
 
 // --- Inputs --------------------------------------------------------------------------------------------
 

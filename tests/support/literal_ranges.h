@@ -2,7 +2,8 @@
 
 // The operations of ranges and range lists, written down step by step: every pair is looked at, in
 // order, on plain std::lists. What the library does by index must give the same. Tests compare with
-// it, benchmarks measure against it. Nothing here comes from the library.
+// it, benchmarks measure against it. Nothing here comes from the library. No argument is the list
+// that an operation changes.
 
 #include <algorithm>
 #include <cstdint>
@@ -57,18 +58,18 @@ bool Contains(const std::list<T>& list, const T& element) {
 }
 
 template <typename T>
-void Add(std::list<T>& list, std::list<T> b) {
+void Add(std::list<T>& list, const std::list<T>& b) {
     for (const T& element : b) {
         if (!Contains(list, element)) list.push_back(element);
     }
 }
 
 template <typename T>
-void RemoveList(std::list<T>& list, std::list<T> b) {
+void RemoveList(std::list<T>& list, const std::list<T>& b) {
     for (auto x = list.begin(); x != list.end();) x = Contains(b, *x) ? list.erase(x) : std::next(x);
 }
 
-inline void Subtract(Ranges& list, Ranges b) {
+inline void Subtract(Ranges& list, const Ranges& b) {
     Ranges kept;
     for (const Range& x : list) {
         if (!Contains(b, x) && !Contains(kept, x)) kept.push_back(x);
@@ -111,7 +112,7 @@ inline bool RemoveRange(Ranges& list, Ranges::iterator& x, const Range& r) {
     return false;
 }
 
-inline void RemoveRanges(Ranges& list, Ranges b) {
+inline void RemoveRanges(Ranges& list, const Ranges& b) {
     for (const Range& r : b) {
         for (auto x = list.begin(); x != list.end();) {
             if (!RemoveRange(list, x, r)) ++x;
@@ -172,7 +173,7 @@ inline bool IsCrossSubnets(const Ranges& list, const Ranges& subnets) {
     return false;
 }
 
-inline bool RemoveSubnets(Ranges& list, Ranges subnets) {
+inline bool RemoveSubnets(Ranges& list, const Ranges& subnets) {
     if (!IsCrossSubnets(list, subnets)) return false;
     bool changed = false;
     for (const Range& s : subnets) {

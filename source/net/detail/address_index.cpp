@@ -164,8 +164,13 @@ void OverlapIndex::Build() {
     std::vector<std::uint32_t> lows;
     lows.reserve(pending_.size());
     numbers_.reserve(pending_.size());
+    reach_.reserve(pending_.size());
+    std::uint32_t reach = 0;
     for (const std::uint64_t entry : pending_) {
-        greatest_[leaves_ + lows.size()] = pending_last_[LowOf(entry)];
+        const std::uint32_t last = pending_last_[LowOf(entry)];
+        reach = (std::max)(reach, last);
+        reach_.push_back(reach);
+        greatest_[leaves_ + lows.size()] = last;
         numbers_.push_back(pending_number_[LowOf(entry)]);
         lows.push_back(HighOf(entry));
     }
@@ -176,10 +181,10 @@ void OverlapIndex::Build() {
 }
 
 std::size_t OverlapIndex::PreviousReaching(std::size_t end, std::uint32_t address) const {
-    // Up, until a subtree on the left holds such a place; there is always a leaf behind `end`.
+    if (end == 0 || reach_[end - 1] < address) return kNone;
+    // Up, until a subtree on the left holds the place; there is always a leaf behind `end`.
     std::size_t node = leaves_ + end;
-    while (node > 1 && (node % 2 == 0 || greatest_[node - 1] < address)) node /= 2;
-    if (node <= 1) return kNone;
+    while (node % 2 == 0 || greatest_[node - 1] < address) node /= 2;
     --node;
     while (node < leaves_) {  // and down on its right side
         node *= 2;

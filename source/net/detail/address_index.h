@@ -111,6 +111,7 @@ private:
     std::vector<std::uint32_t> pending_last_, pending_number_;
     AddressSearch lows_;
     std::vector<std::uint32_t> numbers_;   // in the order of the lows
+    std::vector<std::uint32_t> reach_;     // the greatest last address up to here
     std::vector<std::uint32_t> greatest_;  // a tree of maxima over the last addresses, leaves last
     std::size_t leaves_ = 1;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "base/types.h"
+#include "net/detail/list_work.h"
 #include "net/ip_range.h"
 
 namespace kit {
@@ -76,19 +78,46 @@ inline bool ExactSet::InsertKey(std::uint64_t key) {
     return true;
 }
 
-// Appends, in b's order, the elements of b that the list does not have by then. b may be the list.
 template <typename T>
-void AppendMissing(std::list<T>& list, const std::list<T>& b) {
+bool Contains(const std::list<T>& list, const T& element) {
+    return std::find(list.begin(), list.end(), element) != list.end();
+}
+
+// A set costs as much as looking at this many pairs for each element of both lists.
+constexpr std::uint64_t kSetPrice = 4;
+
+// The elements of b, in its order and each once, that the list does not have.
+template <typename T>
+std::list<T> MissingIn(const std::list<T>& list, const std::list<T>& b) {
+    std::list<T> missing;
+    if (!IndexPays(list.size() + b.size(), b.size(), kSetPrice)) {
+        for (const T& element : b) {
+            if (!Contains(list, element) && !Contains(missing, element)) missing.push_back(element);
+        }
+        return missing;
+    }
     ExactSet wanted, present;
     for (const T& element : b) wanted.Insert(element);
     for (const T& element : list) {
         if (wanted.Has(element)) present.Insert(element);
     }
-    std::list<T> missing;
     for (const T& element : b) {
         if (present.Insert(element)) missing.push_back(element);
     }
-    list.splice(list.end(), missing);
+    return missing;
+}
+
+// Removes what is equal to an element of b, which may be the list.
+template <typename T>
+void RemoveEqual(std::list<T>& list, const std::list<T>& b) {
+    if (&list == &b) return list.clear();
+    if (!IndexPays(list.size(), b.size(), kSetPrice)) {
+        list.remove_if([&](const T& element) { return Contains(b, element); });
+        return;
+    }
+    ExactSet gone;
+    for (const T& element : b) gone.Insert(element);
+    list.remove_if([&](const T& element) { return gone.Has(element); });
 }
 
 // Keeps the elements that are equal to none of b, and of equal ones only the first. b may be the

@@ -15,17 +15,16 @@ namespace kit {
 using RangeList = std::list<CQELRangeIP>;
 using AddressList = std::list<ulong32>;
 
-// What an index costs: as much as looking at this many pairs for each element of both lists.
-// Tests ask for 0, an index at any length, and for kNoIndex.
-constexpr double kIndexPrice = 32;
-constexpr double kNoIndex = 1e300;
+// What an index costs: as much as looking at this many pairs for each element of both lists, for
+// questions and for removal. With 0 tests have an index at any length.
+constexpr std::uint64_t kCrossingPrice = 8;
+constexpr std::uint64_t kRemovalPrice = 16;
 
 // Whether an index over lists of n and m elements is worth its price. The indexes count in 32
 // bits; lists beyond them (of 16 GiB and more) stay with the plain forms.
-inline bool IndexPays(std::size_t n, std::size_t m, double price) {
-    constexpr std::size_t kMost = std::size_t{1} << 29;
-    return n <= kMost && m <= kMost &&
-           static_cast<double>(n) * static_cast<double>(m) > price * static_cast<double>(n + m);
+inline bool IndexPays(std::uint64_t n, std::uint64_t m, std::uint64_t price) {
+    constexpr std::uint64_t kMost = std::uint64_t{1} << 29;
+    return n <= kMost && m <= kMost && n * m > price * (n + m);
 }
 
 inline bool IsInverted(const CQELRangeIP& range) { return range.from > range.to && range.to != 0; }

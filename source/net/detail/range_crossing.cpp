@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <optional>
-#include <utility>
 #include <vector>
 
 #include "net/detail/address_index.h"
@@ -14,35 +12,24 @@
 namespace kit {
 namespace {
 
-// Tests the elements of two lists in pairs and stops at the first that fits. Where an index would
-// pay, only a few are tested: in lists that cross, one of them mostly fits, and the index is spared.
-class PairSearch {
-public:
-    PairSearch(std::size_t n, std::size_t m, double price)
-        : limited_(IndexPays(n, m, price)), left_(price / 16 * static_cast<double>(n + m)) {}
+// How many of the `outer` elements are tested against the `inner` ones before an index is made: all
+// where it does not pay, otherwise a few. In lists that cross, one of these mostly does.
+std::size_t PlainLimit(std::size_t outer, std::size_t inner, std::uint64_t price) {
+    if (!IndexPays(outer, inner, price)) return outer;
+    return static_cast<std::size_t>(price / 4 * (outer + inner) / inner);
+}
 
-    // The first element of `outer` that fits one of `inner`. Null: none, unless gave_up().
-    template <typename Outer, typename Inner, typename Test>
-    const typename Outer::value_type* Find(const Outer& outer, const Inner& inner, Test test) {
-        for (const auto& o : outer) {
-            if (limited_ && left_ <= 0) {
-                gave_up_ = true;
-                return nullptr;
-            }
-            left_ -= static_cast<double>(inner.size());
-            for (const auto& i : inner) {
-                if (test(o, i)) return &o;
-            }
+// The first of `limit` elements of `outer` that fits one of `inner`; null when none does.
+template <typename Outer, typename Inner, typename Test>
+const typename Outer::value_type* FirstFit(const Outer& outer, const Inner& inner,
+                                           std::size_t limit, Test test) {
+    for (auto o = outer.begin(); limit > 0; ++o, --limit) {
+        for (const auto& i : inner) {
+            if (test(*o, i)) return &*o;
         }
-        return nullptr;
     }
-    bool gave_up() const { return gave_up_; }
-
-private:
-    bool limited_;
-    bool gave_up_ = false;
-    double left_;
-};
+    return nullptr;
+}
 
 bool AnyInverted(const RangeList& list) { return std::any_of(list.begin(), list.end(), IsInverted); }
 
@@ -87,6 +74,11 @@ bool IsCrossIndexed(const RangeList& list, const RangeList& b) {
         if (!IsInverted(r) && table.Meets(r.from, LastOf(r))) return true;
     }
     return (AnyInverted(list) || AnyInverted(b)) && IsCrossInverted(list, b);
+}
+
+bool IsCrossPointsIndexed(const RangeList& list, const AddressList& points) {
+    const ReachTable table = TableOf(list);
+    return std::any_of(points.begin(), points.end(), [&](ulong32 p) { return table.Has(p); });
 }
 
 // --- First overlap, bounds taken as they are ---------------------------------------------------------
@@ -204,51 +196,54 @@ bool HasPlainly(const RangeList& subnets, ulong32 address) {
 
 }  // namespace
 
-bool IsCross(const RangeList& list, const RangeList& b, double price) {
-    PairSearch pairs(list.size(), b.size(), price);
-    if (pairs.Find(b, list, [](const auto& r, const auto& x) { return r.IsCross(x); })) return true;
-    return pairs.gave_up() && IsCrossIndexed(list, b);
+bool IsCross(const RangeList& list, const RangeList& b, std::uint64_t price) {
+    const std::size_t limit = PlainLimit(b.size(), list.size(), price);
+    const auto crosses = [](const CQELRangeIP& r, const CQELRangeIP& x) { return r.IsCross(x); };
+    return FirstFit(b, list, limit, crosses) || (limit < b.size() && IsCrossIndexed(list, b));
 }
 
-bool IsCrossPoints(const RangeList& list, const AddressList& points, double price) {
-    PairSearch pairs(list.size(), points.size(), price);
-    if (pairs.Find(list, points, [](const auto& x, ulong32 p) { return LiesIn(p, x); })) return true;
-    if (!pairs.gave_up()) return false;
-    const ReachTable table = TableOf(list);
-    return std::any_of(points.begin(), points.end(), [&](ulong32 p) { return table.Has(p); });
+bool IsCrossPoints(const RangeList& list, const AddressList& points, std::uint64_t price) {
+    const std::size_t limit = PlainLimit(list.size(), points.size(), price);
+    const auto holds = [](const CQELRangeIP& x, ulong32 point) { return LiesIn(point, x); };
+    return FirstFit(list, points, limit, holds) ||
+           (limit < list.size() && IsCrossPointsIndexed(list, points));
 }
 
-bool IsCrossSubnets(const RangeList& list, const RangeList& subnets, double price) {
-    PairSearch pairs(list.size(), subnets.size(), price);
+bool IsCrossSubnets(const RangeList& list, const RangeList& subnets, std::uint64_t price) {
+    const std::size_t limit = PlainLimit(subnets.size(), list.size(), price);
     const auto meets = [](const CQELRangeIP& s, const CQELRangeIP& x) {
         const Subnet subnet(s);
         return IsCrossNet(subnet) && MeetsSubnet(x, subnet);
     };
-    if (pairs.Find(subnets, list, meets)) return true;
-    return pairs.gave_up() && IsCrossSubnetsIndexed(list, subnets);
+    return FirstFit(subnets, list, limit, meets) ||
+           (limit < subnets.size() && IsCrossSubnetsIndexed(list, subnets));
 }
 
-const CQELRangeIP* FirstOverlap(const RangeList& list, const RangeList& b, double price) {
-    PairSearch pairs(list.size(), b.size(), price);
-    const CQELRangeIP* found = pairs.Find(list, b, Overlaps);
-    return pairs.gave_up() ? FirstOverlapIndexed(list, b) : found;
+const CQELRangeIP* FirstOverlap(const RangeList& list, const RangeList& b, std::uint64_t price) {
+    const std::size_t limit = PlainLimit(list.size(), b.size(), price);
+    const CQELRangeIP* found = FirstFit(list, b, limit, Overlaps);
+    return found || limit == list.size() ? found : FirstOverlapIndexed(list, b);
 }
 
 void CrossPoints(const RangeList& list, const AddressList& points, AddressList& out,
-                 double price) {
+                 std::uint64_t price) {
     ExactSet seen;
-    std::optional<ReachTable> table;
-    if (IndexPays(list.size(), points.size(), price)) table = TableOf(list);
-    const auto lies_in_some = [&](ulong32 p) {
-        if (table) return table->Has(p);
-        return std::any_of(list.begin(), list.end(), [&](const auto& x) { return LiesIn(p, x); });
+    const auto keep = [&](auto lies_in_some) {
+        for (const ulong32 point : points) {
+            if (lies_in_some(point) && seen.Insert(point)) out.push_back(point);
+        }
     };
-    for (const ulong32 p : points) {
-        if (lies_in_some(p) && seen.Insert(p)) out.push_back(p);
+    if (IndexPays(list.size(), points.size(), price)) {
+        keep([table = TableOf(list)](ulong32 point) { return table.Has(point); });
+    } else {
+        keep([&](ulong32 point) {
+            return std::any_of(list.begin(), list.end(),
+                               [&](const CQELRangeIP& x) { return LiesIn(point, x); });
+        });
     }
 }
 
-void Intersections(const RangeList& list, const RangeList& b, RangeList& out, double price) {
+void Intersections(const RangeList& list, const RangeList& b, RangeList& out, std::uint64_t price) {
     IntersectionSink sink(out);
     if (IndexPays(list.size(), b.size(), price)) return IntersectionsIndexed(list, b, sink);
     for (const auto& r : b) {
@@ -256,12 +251,12 @@ void Intersections(const RangeList& list, const RangeList& b, RangeList& out, do
     }
 }
 
-bool KeepSubnets(const RangeList& subnets, AddressList& addresses, double price) {
-    std::optional<SubnetIndex> index;
-    if (IndexPays(subnets.size(), addresses.size(), price)) index.emplace(subnets);
-    return addresses.remove_if([&](ulong32 a) {
-        return index ? !index->Has(a) : !HasPlainly(subnets, a);
-    }) != 0;
+bool KeepSubnets(const RangeList& subnets, AddressList& addresses, std::uint64_t price) {
+    if (!IndexPays(subnets.size(), addresses.size(), price)) {
+        return addresses.remove_if([&](ulong32 a) { return !HasPlainly(subnets, a); }) != 0;
+    }
+    const SubnetIndex index(subnets);
+    return addresses.remove_if([&](ulong32 a) { return !index.Has(a); }) != 0;
 }
 
 }  // namespace kit

@@ -7,18 +7,18 @@
 
 namespace kit {
 
-bool IsCross(const RangeList& list, const RangeList& b, double price = kIndexPrice);
-bool IsCrossPoints(const RangeList& list, const AddressList& points, double price = kIndexPrice);
-bool IsCrossSubnets(const RangeList& list, const RangeList& subnets, double price = kIndexPrice);
+bool IsCross(const RangeList& list, const RangeList& b, std::uint64_t price = kCrossingPrice);
+bool IsCrossPoints(const RangeList& list, const AddressList& points, std::uint64_t price = kCrossingPrice);
+bool IsCrossSubnets(const RangeList& list, const RangeList& subnets, std::uint64_t price = kCrossingPrice);
 // The first range of `list` that overlaps one of b, bounds taken as they are; null when none does.
 const CQELRangeIP* FirstOverlap(const RangeList& list, const RangeList& b,
-                                double price = kIndexPrice);
+                                std::uint64_t price = kCrossingPrice);
 // Appends to `out`.
 void CrossPoints(const RangeList& list, const AddressList& points, AddressList& out,
-                 double price = kIndexPrice);
+                 std::uint64_t price = kCrossingPrice);
 void Intersections(const RangeList& list, const RangeList& b, RangeList& out,
-                   double price = kIndexPrice);
+                   std::uint64_t price = kCrossingPrice);
 // Removes from `addresses` what lies in no subnet; returns whether that was any.
-bool KeepSubnets(const RangeList& subnets, AddressList& addresses, double price = kIndexPrice);
+bool KeepSubnets(const RangeList& subnets, AddressList& addresses, std::uint64_t price = kCrossingPrice);
 
 }  // namespace kit

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <iterator>
 #include <numeric>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -117,7 +116,8 @@ public:
     // changes under it.
     class Walk {
     public:
-        Walk(const Passes& passes, std::uint32_t from) : passes_(passes), next_(from) {}
+        Walk(const Passes& passes, std::uint32_t from)
+            : passes_(passes), next_(from), one_by_one_(passes.always_.size() > passes.count_ / 8) {}
         // The next pass for the range as it now is; kNone at the end.
         std::uint32_t Next(const CQELRangeIP& x);
 
@@ -125,7 +125,7 @@ public:
         const Passes& passes_;
         std::uint32_t next_;
         std::uint32_t steps_ = 0;
-        bool one_by_one_ = false;
+        bool one_by_one_;
     };
 
 private:
@@ -135,8 +135,9 @@ private:
 };
 
 // A range does not meet what was already taken from it, so the first interval of all that it meets
-// is the next. Two things end that: inverted ranges, which keep addresses that were taken from them,
-// and ranges that so many passes trim that asking costs more than trying. Both go on pass by pass.
+// is the next. What ends that goes on pass by pass: inverted ranges, which keep addresses that were
+// taken from them, ranges that so many passes trim that asking costs more than trying, and many
+// passes that look at every range anyhow.
 std::uint32_t Passes::Walk::Next(const CQELRangeIP& x) {
     if (!one_by_one_) {
         const auto always =
@@ -156,7 +157,7 @@ std::uint32_t Passes::Walk::Next(const CQELRangeIP& x) {
 // --- Ranges, by index --------------------------------------------------------------------------------
 
 // Every range goes through the passes by itself; where the upper parts belong is found afterwards.
-// The list changes only in Apply(), when nothing can fail any more.
+// The list, which is not empty, changes only in Apply(), when nothing can fail any more.
 class RangeRemoval {
 public:
     RangeRemoval(RangeList& list, RangeList::const_iterator taken, std::size_t passes);
@@ -199,8 +200,10 @@ RangeRemoval::RangeRemoval(RangeList& list, RangeList::const_iterator taken, std
 
 void RangeRemoval::Run() {
     std::size_t place = 0;
-    for (auto x = list_.begin(); x != list_.end(); ++x, ++place) {
-        CQELRangeIP range = *x;
+    CQELRangeIP following = list_.front();  // read ahead: fetching it takes as long as the work
+    for (auto x = list_.begin(), next = x; x != list_.end(); x = next, ++place) {
+        CQELRangeIP range = following;
+        if (++next != list_.end()) following = *next;
         const Effect effect = RunRange(range, place, 0);
         if (effect != Effect::kNone) changes_.push_back({x, range, effect});
     }
@@ -347,12 +350,19 @@ private:
     Passes passes_;
 };
 
+bool RemovePointsIndexed(RangeList& list, RangeList::iterator from, const AddressList& points) {
+    const PointRemoval removal(points);
+    bool changed = false;
+    for (auto x = from; x != list.end();) changed |= removal.Run(list, x) != Effect::kNone;
+    return changed;
+}
+
 Effect RemovePointsPlainly(RangeList& list, RangeList::iterator& x, const AddressList& points) {
     Effect all = Effect::kNone;
     for (const ulong32 point : points) {
-        const Effect effect = TakeFromList(list, x, point, list.end());
-        if (effect != Effect::kNone) all = effect;
-        if (effect == Effect::kErased) return all;
+        if (!LiesIn(point, *x)) continue;
+        all = TakeFromList(list, x, point, list.end());
+        if (all == Effect::kErased) return all;
     }
     ++x;
     return all;
@@ -362,7 +372,7 @@ Effect RemovePointsPlainly(RangeList& list, RangeList::iterator& x, const Addres
 
 // Each plain form turns to the index as soon as the list has grown enough for it.
 
-void RemoveRanges(RangeList& list, const RangeList& taken, double price) {
+void RemoveRanges(RangeList& list, const RangeList& taken, std::uint64_t price) {
     std::size_t left = taken.size();
     for (auto r = taken.begin(); r != taken.end(); ++r, --left) {
         if (IndexPays(list.size(), left, price)) {
@@ -377,23 +387,21 @@ void RemoveRanges(RangeList& list, const RangeList& taken, double price) {
     }
 }
 
-bool RemovePoints(RangeList& list, const AddressList& points, double price) {
+bool RemovePoints(RangeList& list, const AddressList& points, std::uint64_t price) {
     bool changed = false;
-    std::optional<PointRemoval> removal;
     std::size_t done = 0;
     for (auto x = list.begin(); x != list.end();) {
-        if (!removal && IndexPays(list.size() - done, points.size(), price)) {
-            removal.emplace(points);
+        if (IndexPays(list.size() - done, points.size(), price)) {
+            return RemovePointsIndexed(list, x, points) || changed;
         }
-        const Effect effect =
-            removal ? removal->Run(list, x) : RemovePointsPlainly(list, x, points);
+        const Effect effect = RemovePointsPlainly(list, x, points);
         changed |= effect != Effect::kNone;
         done += effect != Effect::kErased;
     }
     return changed;
 }
 
-bool RemoveSubnets(RangeList& list, const RangeList& subnets, double price) {
+bool RemoveSubnets(RangeList& list, const RangeList& subnets, std::uint64_t price) {
     bool changed = false;
     std::size_t left = subnets.size();
     for (auto s = subnets.begin(); s != subnets.end(); ++s, --left) {

@@ -7,9 +7,9 @@
 
 namespace kit {
 
-void RemoveRanges(RangeList& list, const RangeList& taken, double price = kIndexPrice);
-bool RemovePoints(RangeList& list, const AddressList& points, double price = kIndexPrice);
+void RemoveRanges(RangeList& list, const RangeList& taken, std::uint64_t price = kRemovalPrice);
+bool RemovePoints(RangeList& list, const AddressList& points, std::uint64_t price = kRemovalPrice);
 // Without the question whether any subnet crosses.
-bool RemoveSubnets(RangeList& list, const RangeList& subnets, double price = kIndexPrice);
+bool RemoveSubnets(RangeList& list, const RangeList& subnets, std::uint64_t price = kRemovalPrice);
 
 }  // namespace kit
