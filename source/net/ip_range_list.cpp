@@ -31,8 +31,8 @@ std::uint64_t ExpandedSize(const CQELRangeIP& range) {
 // Throws at once what adding so many addresses would come to throw, after minutes in which it
 // takes all memory from everybody else.
 void RequireRoom(std::uint64_t count) {
-    constexpr std::uint64_t kNode = 24;          // two links and an address, at least
-    constexpr std::uint64_t kFreely = 1 << 20;   // not worth the question
+    constexpr std::uint64_t kNode = 24;         // two links and an address, at least
+    constexpr std::uint64_t kFreely = 1 << 20;  // not worth the question
     if (count > std::list<ulong32>().max_size()) throw std::length_error("list<T> too long");
     if (count > kFreely) ::operator delete(::operator new(static_cast<std::size_t>(count * kNode)));
 }
@@ -44,7 +44,7 @@ auto& ElementAt(List& list, int i) {
 
 bool IsIndex(int i, std::size_t size) { return i >= 0 && static_cast<std::size_t>(i) < size; }
 
-void TakeBounds(const CQELRangeIPList& list, ulong32 CQELRangeIP::* bound, bool skip_points,
+void TakeBounds(const CQELRangeIPList& list, ulong32 CQELRangeIP::*bound, bool skip_points,
                 CQELLongList& out) {
     std::list<ulong32> bounds;
     for (const auto& range : list) {
@@ -53,7 +53,7 @@ void TakeBounds(const CQELRangeIPList& list, ulong32 CQELRangeIP::* bound, bool 
     out.swap(bounds);
 }
 
-void SetBounds(CQELRangeIPList& list, ulong32 CQELRangeIP::* bound, const CQELLongList& values) {
+void SetBounds(CQELRangeIPList& list, ulong32 CQELRangeIP::*bound, const CQELLongList& values) {
     auto range = list.begin();
     for (auto value = values.begin(); value != values.end() && range != list.end(); ++value) {
         *range++.*bound = *value;
@@ -61,6 +61,8 @@ void SetBounds(CQELRangeIPList& list, ulong32 CQELRangeIP::* bound, const CQELLo
 }
 
 }  // namespace
+
+CQELRangeIPList::CQELRangeIPList() = default;
 
 CQELRangeIPList::CQELRangeIPList(const CQELLongList& points) {
     for (const ulong32 point : points) emplace_back(point, point);
@@ -113,9 +115,8 @@ bool CQELRangeIPList::RemoveSubnets(const CQELRangeIPList& subnets) {
     // Pinned by RemoveSubnets.TakesTheZeroNetOnlyWithAnother.
     if (!IsCrossSubnets(subnets)) return false;
     bool changed = false;
-    WithArgument(*this, subnets, [&](const kit::RangeList& taken) {
-        changed = kit::RemoveSubnets(*this, taken);
-    });
+    WithArgument(*this, subnets,
+                 [&](const kit::RangeList& taken) { changed = kit::RemoveSubnets(*this, taken); });
     return changed;
 }
 

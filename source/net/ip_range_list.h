@@ -26,7 +26,7 @@ class CQELString;
 // A subnet is a range whose `from` is an address and whose `to` is the mask.
 class QELKIT_API CQELRangeIPList : public StdListSafe<CQELRangeIP> {
 public:
-    CQELRangeIPList() = default;
+    CQELRangeIPList();
     // (a, a) for each address.
     CQELRangeIPList(const CQELLongList& points);
     // (froms[i], tos[i]), up to the end of the shorter list.

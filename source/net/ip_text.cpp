@@ -17,9 +17,9 @@ struct OctetTexts {
 constexpr OctetTexts MakeOctetTexts() {
     OctetTexts texts;
     for (unsigned octet = 0; octet < 256; ++octet) {
-        const std::array<char, 4> padded = {
-            static_cast<char>('0' + octet / 100), static_cast<char>('0' + octet / 10 % 10),
-            static_cast<char>('0' + octet % 10), '.'};
+        const std::array<char, 4> padded = {static_cast<char>('0' + octet / 100),
+                                            static_cast<char>('0' + octet / 10 % 10),
+                                            static_cast<char>('0' + octet % 10), '.'};
         const unsigned digits = octet < 10 ? 1 : octet < 100 ? 2 : 3;
         texts.padded[octet] = padded;
         texts.digits[octet] = static_cast<std::uint8_t>(digits);
@@ -85,8 +85,8 @@ int ReadAnyText(const char* text, std::uint32_t& address) {
 template <char kSeparator>
 inline bool ReadShortField(const char*& at, std::uint32_t& address) {
     const unsigned first = DigitOf(at[0]);
-    const std::size_t third_at = kSeparator == '.' ? 2 : 1 + (at[1] != '\0');
     if (first > 9 || (kSeparator == '.' && at[1] == '\0')) return false;
+    const std::size_t third_at = kSeparator == '.' ? 2 : 1 + (at[1] != '\0');
     const unsigned second = DigitOf(at[1]), third = DigitOf(at[third_at]);
     const unsigned two = second <= 9;
     const unsigned digits = 1 + two + (two & (third <= 9));

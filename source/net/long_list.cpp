@@ -22,6 +22,8 @@ bool ReadToken(const char* begin, const char* end, ulong32& address) {
 
 }  // namespace
 
+CQELLongList::CQELLongList() = default;
+
 CQELLongList::CQELLongList(ulong32 a) { push_back(a); }
 
 ulong32& CQELLongList::operator[](int i) {
@@ -42,16 +44,11 @@ CQELLongList& CQELLongList::operator-=(const CQELLongList& b) {
 }
 
 bool CQELLongList::ChangeRemainFirst(const CQELLongList& b) {
-    if (empty()) {
-        *this = b;
-        return true;
-    }
-    if (b.empty() || *this == b) return false;
-    const ulong32 first = front();
+    if (!empty() && (b.empty() || *this == b)) return false;
     CQELLongList next = b;
-    if (next.front() != first && std::find(next.begin(), next.end(), first) != next.end()) {
-        next.remove(first);
-        next.push_front(first);
+    if (!empty() && next.front() != front() && kit::Contains<ulong32>(next, front())) {
+        next.remove(front());
+        next.push_front(front());
     }
     swap(next);
     return true;

@@ -10,7 +10,7 @@
 // is a std::list: size(), iterators, push_back and so on.
 class QELKIT_API CQELLongList : public StdListSafe<ulong32> {
 public:
-    CQELLongList() = default;
+    CQELLongList();
     // A list of the one address a.
     CQELLongList(ulong32 a);
 

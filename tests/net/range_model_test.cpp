@@ -29,11 +29,11 @@ struct Input {
 // What the lists of a run are like.
 struct Style {
     const char* name;
-    ulong32 base;        // addresses lie from here on, wrapping around,
-    ulong32 span;        // this many
-    unsigned length;     // of the longest list
-    unsigned inverted;   // one range in so many, 0 for none
-    int operations;
+    ulong32 base;       // addresses lie from here on, wrapping around,
+    ulong32 span;       // this many
+    unsigned length;    // of the longest list
+    unsigned inverted;  // one range in so many, 0 for none
+    int inputs;
 };
 
 class InputMaker {
@@ -56,11 +56,15 @@ private:
 
     literal::Range MakeRange() {
         const ulong32 x = Address(), y = Address();
-        if (style_.inverted != 0 && Below(style_.inverted) == 0) return {(std::max)(x, y), (std::min)(x, y)};
+        if (style_.inverted != 0 && Below(style_.inverted) == 0)
+            return {(std::max)(x, y), (std::min)(x, y)};
         switch (Below(6)) {
-            case 0: return {x, 0};
-            case 1: return {x, x};
-            default: return {(std::min)(x, y), (std::max)(x, y)};
+            case 0:
+                return {x, 0};
+            case 1:
+                return {x, x};
+            default:
+                return {(std::min)(x, y), (std::max)(x, y)};
         }
     }
     literal::Ranges MakeRanges() {
@@ -75,7 +79,7 @@ private:
         literal::Ranges subnets;
         for (ulong32 left = Below(style_.length + 1); left > 0; --left) {
             ulong32 mask = ~ulong32{0} << Below(6);
-            if (Below(8) == 0) mask = Below(2) != 0 ? 0 : mask ^ ulong32{1} << Below(32);
+            if (Below(8) == 0) mask = Below(2) != 0 ? 0 : mask ^ ulong32 { 1 } << Below(32);
             subnets.push_back({Address(), mask});
         }
         return subnets;
@@ -174,7 +178,8 @@ bool FindsTheFirstOverlap(const Input& in) {
     auto out = Ours(in.points);
     const CQELRangeIP* first = kit::FirstOverlap(a, b, kAlwaysIndex);
     return a.Cross(b, out) == found && SameLists(out, expected) && (first != nullptr) == found &&
-           (!found || (first->from == expected.back() && first->to == *std::next(expected.rbegin())));
+           (!found ||
+            (first->from == expected.back() && first->to == *std::next(expected.rbegin())));
 }
 
 bool CrossesPoints(const Input& in) {
@@ -195,7 +200,8 @@ bool Intersects(const Input& in) {
     auto out = b;
     kit::RangeList indexed;
     kit::Intersections(a, b, indexed, kAlwaysIndex);
-    return a.GetCrossRange(b, out) == any && SameLists(out, expected) && SameLists(indexed, expected);
+    return a.GetCrossRange(b, out) == any && SameLists(out, expected) &&
+           SameLists(indexed, expected);
 }
 
 bool FiltersBySubnets(const Input& in) {
@@ -239,21 +245,22 @@ bool ComparesSingleRanges(const Input& in) {
 
 constexpr struct {
     const char* name;
+    int operations;  // that it compares
     bool (*agrees)(const Input&);
-} kOperations[] = {
-    {"+=", Adds},
-    {"RemoveList", RemovesEqual},
-    {"Subtract", Subtracts},
-    {"-=", RemovesRanges},
-    {"RemovePoints", RemovesPoints},
-    {"RemoveSubnets", RemovesSubnets},
-    {"IsCross, IsCrossPoints, IsCrossSubnets", AsksForCrossing},
-    {"Cross of ranges", FindsTheFirstOverlap},
-    {"Cross of points", CrossesPoints},
-    {"GetCrossRange", Intersects},
-    {"GetSubnetIPL", FiltersBySubnets},
-    {"a list with itself", WorksOnItself},
-    {"single ranges", ComparesSingleRanges},
+} kChecks[] = {
+    {"+= of ranges and of addresses", 2, Adds},
+    {"RemoveList, -= of addresses", 2, RemovesEqual},
+    {"Subtract", 1, Subtracts},
+    {"-=", 1, RemovesRanges},
+    {"RemovePoints", 1, RemovesPoints},
+    {"RemoveSubnets", 1, RemovesSubnets},
+    {"IsCross, IsCrossPoints, IsCrossSubnets", 3, AsksForCrossing},
+    {"Cross of ranges", 1, FindsTheFirstOverlap},
+    {"Cross of points", 1, CrossesPoints},
+    {"GetCrossRange", 1, Intersects},
+    {"GetSubnetIPL", 1, FiltersBySubnets},
+    {"five operations on a list with itself", 5, WorksOnItself},
+    {"single ranges", 1, ComparesSingleRanges},
 };
 
 std::string Text(const literal::Ranges& ranges) {
@@ -277,33 +284,114 @@ std::string Text(const Input& in) {
 
 constexpr ulong32 kAll = 0xFFFFFFFF;
 
+// clang-format off
 constexpr Style kStyles[] = {
-    // name                 base        span  length inverted operations
-    {"few addresses",          0,         12,     5,     0,     260000},
-    {"inverted ranges",        1,         16,     6,     4,     260000},
-    {"the last addresses",     kAll - 15, 16,     6,     8,     130000},
-    {"around both ends",       kAll - 7,  16,     6,     8,     130000},
-    {"a class of subnets",     0x0A000000, 200,  12,     0,     130000},
-    {"all addresses",          0,         kAll,   9,     8,      90000},
-    {"longer lists",           0,         3000, 120,     0,        400},
-    {"longer lists, inverted", 0,         3000, 120,    16,        400},
-    {"long and dense",         0,         300,  120,    12,        200},
+    // name                    base        span  length inverted inputs
+    {"few addresses",          0,          12,    5,    0,       12000},
+    {"inverted ranges",        1,          16,    6,    4,       12000},
+    {"the last addresses",     kAll - 15,  16,    6,    8,        6500},
+    {"around both ends",       kAll - 7,   16,    6,    8,        6500},
+    {"a class of subnets",     0x0A000000, 200,  12,    0,        6500},
+    {"all addresses",          0,          kAll,  9,    8,        4500},
+    {"longer lists",           0,          3000, 120,   0,          40},
+    {"longer lists, inverted", 0,          3000, 120,  16,          40},
+    {"long and dense",         0,          300,  120,  12,          30},
 };
+// clang-format on
 
 TEST(RangeModel, EveryOperationGivesWhatItsStepsGive) {
     int operations = 0;
     for (const Style& style : kStyles) {
         SCOPED_TRACE(style.name);
         InputMaker maker(style, 20240607);
-        for (int done = 0; done < style.operations; done += std::size(kOperations)) {
+        for (int i = 0; i < style.inputs; ++i) {
             const Input input = maker.Make();
-            for (const auto& operation : kOperations) {
-                ASSERT_TRUE(operation.agrees(input)) << operation.name << "\n" << Text(input);
-                ++operations;
+            for (const auto& check : kChecks) {
+                ASSERT_TRUE(check.agrees(input)) << check.name << "\n" << Text(input);
+                operations += check.operations;
             }
         }
     }
     EXPECT_GE(operations, 1000000);
+}
+
+// --- Sets of addresses ---------------------------------------------------------------------------------
+
+constexpr std::size_t kUniverse = 0x10000;
+using Bitmap = std::bitset<kUniverse>;
+
+Bitmap BitmapOf(const CQELRangeIPList& list) {
+    Bitmap bitmap;
+    for (const auto& range : list) {
+        const ulong32 last = range.to == 0 ? range.from : range.to;
+        for (ulong32 address = range.from; address <= last; ++address) bitmap.set(address);
+    }
+    return bitmap;
+}
+
+Bitmap BitmapOf(const CQELLongList& addresses) {
+    Bitmap bitmap;
+    for (const ulong32 address : addresses) bitmap.set(address);
+    return bitmap;
+}
+
+// Overlapping ranges and points. The last addresses of all ranges are `odd`, or none: where the
+// last addresses agree, subtraction is no set operation.
+CQELRangeIPList RandomRanges(std::mt19937& random, int count, ulong32 odd) {
+    CQELRangeIPList list;
+    for (int i = 0; i < count; ++i) {
+        const ulong32 from = (random() % kUniverse & ~1U) | odd;
+        const ulong32 to = from + 2 * (random() % 200);
+        list.emplace_back(from, random() % 4 == 0 || to >= kUniverse ? 0 : to);
+    }
+    return list;
+}
+
+CQELRangeIPList RandomSubnets(std::mt19937& random, int count) {
+    CQELRangeIPList list;
+    for (int i = 0; i < count; ++i) list.emplace_back(random() % kUniverse, kAll << random() % 9);
+    return list;
+}
+
+CQELRangeIPList Blocks(const CQELRangeIPList& subnets) {
+    CQELRangeIPList blocks;
+    for (const auto& s : subnets) blocks.emplace_back(s.from & s.to, (s.from & s.to) | ~s.to);
+    return blocks;
+}
+
+TEST(RangeModel, SetsOfAddressesAreThoseOfABitmap) {
+    std::mt19937 random(20240608);
+    for (int round = 0; round < 500; ++round) {
+        const int length = round % 3 == 0 ? 10 : 150;
+        const auto a = RandomRanges(random, length, 0), b = RandomRanges(random, length, 1);
+        const auto subnets = RandomSubnets(random, length);
+        CQELLongList points;
+        for (int i = 0; i < length; ++i) points.push_back(random() % kUniverse);
+        const Bitmap in_a = BitmapOf(a), in_b = BitmapOf(b), in_points = BitmapOf(points);
+        const Bitmap in_subnets = BitmapOf(Blocks(subnets));
+
+        auto list = a;
+        EXPECT_EQ(in_a & ~in_b, BitmapOf(list -= b));
+        list = a;
+        EXPECT_EQ(in_a | in_b, BitmapOf(list += b));
+        list = a;
+        EXPECT_EQ((in_a & in_points).any(), list.RemovePoints(points));
+        EXPECT_EQ(in_a & ~in_points, BitmapOf(list));
+        list = a;
+        EXPECT_EQ((in_a & in_subnets).any(), list.RemoveSubnets(subnets));
+        EXPECT_EQ(in_a & ~in_subnets, BitmapOf(list));
+        EXPECT_EQ((in_a & in_b).any(), a.GetCrossRange(b, list));
+        EXPECT_EQ(in_a & in_b, BitmapOf(list));
+        EXPECT_EQ((in_a & in_b).any(), a.IsCross(b));
+        EXPECT_EQ((in_a & in_points).any(), a.IsCrossPoints(points));
+
+        CQELLongList addresses;
+        EXPECT_EQ((in_a & in_points).any(), a.Cross(points, addresses));
+        EXPECT_EQ(in_a & in_points, BitmapOf(addresses));
+        addresses = points;
+        subnets.GetSubnetIPL(addresses);
+        EXPECT_EQ(in_points & in_subnets, BitmapOf(addresses));
+    }
 }
 
 }  // namespace

@@ -66,7 +66,8 @@ void Add(std::list<T>& list, const std::list<T>& b) {
 
 template <typename T>
 void RemoveList(std::list<T>& list, const std::list<T>& b) {
-    for (auto x = list.begin(); x != list.end();) x = Contains(b, *x) ? list.erase(x) : std::next(x);
+    for (auto x = list.begin(); x != list.end();)
+        x = Contains(b, *x) ? list.erase(x) : std::next(x);
 }
 
 inline void Subtract(Ranges& list, const Ranges& b) {

@@ -9,35 +9,31 @@
 namespace kit {
 namespace {
 
-constexpr int kDigitBits = 11;  // three digits make 32 bits
+constexpr int kPlaces = 3;  // digits in 32 bits, the lowest at place 0
+constexpr int kDigitBits = 11;
 constexpr std::size_t kDigits = std::size_t{1} << kDigitBits;
 
 std::size_t DigitOf(std::uint64_t packed, int place) {
     return static_cast<std::size_t>(packed >> (32 + place * kDigitBits)) & (kDigits - 1);
 }
 
-// Puts `from` into `to` by one digit, keeping the order of equal ones.
-void SortByDigit(const std::vector<std::uint64_t>& from, std::vector<std::uint64_t>& to,
-                 int place) {
-    std::array<std::size_t, kDigits> at{};
-    for (const std::uint64_t packed : from) ++at[DigitOf(packed, place)];
-    std::exclusive_scan(at.begin(), at.end(), at.begin(), std::size_t{0});
-    for (const std::uint64_t packed : from) to[at[DigitOf(packed, place)]++] = packed;
-}
-
 }  // namespace
 
 void SortByHighHalf(std::vector<std::uint64_t>& packed) {
     if (packed.size() < kDigits / 4) {
-        std::stable_sort(packed.begin(), packed.end(), [](std::uint64_t a, std::uint64_t b) {
-            return HighOf(a) < HighOf(b);
-        });
+        std::sort(packed.begin(), packed.end());
         return;
     }
-    std::vector<std::uint64_t> other(packed.size());
-    for (int place = 0; place < 3; ++place) {
-        SortByDigit(packed, other, place);
-        packed.swap(other);
+    std::array<std::array<std::uint32_t, kDigits>, kPlaces> counts{};
+    for (const std::uint64_t one : packed) {
+        for (int place = 0; place < kPlaces; ++place) ++counts[place][DigitOf(one, place)];
+    }
+    std::vector<std::uint64_t> sorted(packed.size());
+    for (int place = 0; place < kPlaces; ++place) {
+        auto& at = counts[place];
+        std::exclusive_scan(at.begin(), at.end(), at.begin(), std::uint32_t{0});
+        for (const std::uint64_t one : packed) sorted[at[DigitOf(one, place)]++] = one;
+        packed.swap(sorted);
     }
 }
 
@@ -90,6 +86,11 @@ void ReachTable::Build() {
 }
 
 // --- FirstHit --------------------------------------------------------------------------------------
+
+FirstHit::FirstHit(std::size_t count) {
+    bounds_.reserve(2 * count);
+    numbers_.reserve(count);
+}
 
 void FirstHit::Add(std::uint32_t first, std::uint32_t last, std::uint32_t number) {
     const auto index = static_cast<std::uint32_t>(numbers_.size());

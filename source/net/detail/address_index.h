@@ -21,7 +21,7 @@ constexpr std::uint32_t HighOf(std::uint64_t packed) {
 }
 constexpr std::uint32_t LowOf(std::uint64_t packed) { return static_cast<std::uint32_t>(packed); }
 
-// Sorts by the high halves; equal ones stay in their order.
+// Sorts by the high halves; equal ones end in any order.
 void SortByHighHalf(std::vector<std::uint64_t>& packed);
 
 // Finds places in ascending addresses. A table by leading bits leaves a handful to search.
@@ -34,11 +34,6 @@ public:
     std::size_t CountUpTo(std::uint32_t address) const;
     // The same when at least `known` are not, which is mostly near the answer.
     std::size_t CountUpTo(std::uint32_t address, std::size_t known) const;
-    std::size_t size() const { return addresses_.size(); }
-    bool AnyBetween(std::uint32_t first, std::uint32_t last) const {
-        const std::size_t below = first == 0 ? 0 : CountUpTo(first - 1);
-        return first <= last && CountUpTo(last) > below;
-    }
 
 private:
     std::vector<std::uint32_t> addresses_;
@@ -51,6 +46,7 @@ private:
 // intervals, whether some of them meets [h, l].
 class ReachTable {
 public:
+    explicit ReachTable(std::size_t count) { pairs_.reserve(count); }
     void Add(std::uint32_t low, std::uint32_t high) { pairs_.push_back(Pack(low, high)); }
     void Build();
     bool Reaches(std::uint32_t low, std::uint32_t high) const {
@@ -72,6 +68,8 @@ class FirstHit {
 public:
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
+    // `count` is about how many intervals will come.
+    explicit FirstHit(std::size_t count);
     // Numbers do not descend from call to call; several intervals may have the same.
     void Add(std::uint32_t first, std::uint32_t last, std::uint32_t number);
     void Build();
@@ -81,10 +79,10 @@ public:
 private:
     void Paint(const std::vector<std::uint32_t>& begins, const std::vector<std::uint32_t>& ends);
 
-    std::vector<std::uint64_t> bounds_;    // where an interval begins or would go on, and its index
-    std::vector<std::uint32_t> numbers_;   // by index
-    AddressSearch segments_;               // where they begin; one more lies before the first
-    std::vector<std::uint32_t> least_;     // a tree of minima over the segments, leaves last
+    std::vector<std::uint64_t> bounds_;   // where an interval begins or would go on, and its index
+    std::vector<std::uint32_t> numbers_;  // by index
+    AddressSearch segments_;              // where they begin; one more lies before the first
+    std::vector<std::uint32_t> least_;    // a tree of minima over the segments, leaves last
     std::size_t leaves_ = 0;
 };
 
@@ -96,7 +94,8 @@ public:
     // Calls visit(number) for every interval that meets [first, last], in no order.
     template <typename Visit>
     void ForEach(std::uint32_t first, std::uint32_t last, Visit visit) const {
-        for (std::size_t end = lows_.CountUpTo(last); (end = PreviousReaching(end, first)) != kNone;) {
+        for (std::size_t end = lows_.CountUpTo(last);
+             (end = PreviousReaching(end, first)) != kNone;) {
             visit(numbers_[end]);
         }
     }

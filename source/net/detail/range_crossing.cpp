@@ -31,11 +31,13 @@ const typename Outer::value_type* FirstFit(const Outer& outer, const Inner& inne
     return nullptr;
 }
 
-bool AnyInverted(const RangeList& list) { return std::any_of(list.begin(), list.end(), IsInverted); }
+bool AnyInverted(const RangeList& list) {
+    return std::any_of(list.begin(), list.end(), IsInverted);
+}
 
 // The addresses of the points and ranges.
 ReachTable TableOf(const RangeList& list) {
-    ReachTable table;
+    ReachTable table(list.size());
     for (const auto& range : list) {
         if (!IsInverted(range)) table.Add(range.from, LastOf(range));
     }
@@ -44,7 +46,7 @@ ReachTable TableOf(const RangeList& list) {
 }
 
 ReachTable TableOfRangesProper(const RangeList& list) {
-    ReachTable table;
+    ReachTable table(list.size());
     for (const auto& range : list) {
         if (range.from < range.to) table.Add(range.from, range.to);
     }
@@ -88,7 +90,7 @@ bool Overlaps(const CQELRangeIP& a, const CQELRangeIP& b) {
 }
 
 const CQELRangeIP* FirstOverlapIndexed(const RangeList& list, const RangeList& b) {
-    ReachTable froms, tos, covering;
+    ReachTable froms(b.size()), tos(b.size()), covering(b.size());
     for (const auto& r : b) {
         froms.Add(r.from, r.from);
         tos.Add(r.to, r.to);
@@ -96,7 +98,8 @@ const CQELRangeIP* FirstOverlapIndexed(const RangeList& list, const RangeList& b
     }
     for (auto* table : {&froms, &tos, &covering}) table->Build();
     const auto overlaps = [&](const CQELRangeIP& a) {
-        const bool holds_some = a.from <= a.to && (froms.Meets(a.from, a.to) || tos.Meets(a.from, a.to));
+        const bool holds_some =
+            a.from <= a.to && (froms.Meets(a.from, a.to) || tos.Meets(a.from, a.to));
         return holds_some || covering.Reaches(a.from, a.to);
     };
     const auto found = std::find_if(list.begin(), list.end(), overlaps);
@@ -151,7 +154,7 @@ bool MeetsSubnet(const CQELRangeIP& x, const Subnet& subnet) {
 bool IsCrossNet(const Subnet& subnet) { return subnet.net != 0; }
 
 bool IsCrossSubnetsIndexed(const RangeList& list, const RangeList& subnets) {
-    ReachTable table;  // an inverted range meets the nets that hold both its bounds
+    ReachTable table(list.size());  // an inverted range meets the nets that hold both its bounds
     for (const auto& x : list) table.Add(x.from, x.IsPoint() ? x.from : x.to);
     table.Build();
     return std::any_of(subnets.begin(), subnets.end(), [&](const CQELRangeIP& s) {
@@ -166,7 +169,7 @@ bool IsCrossSubnetsIndexed(const RangeList& list, const RangeList& subnets) {
 // The addresses of many subnets. Masks with holes are searched one by one.
 class SubnetIndex {
 public:
-    explicit SubnetIndex(const RangeList& subnets) {
+    explicit SubnetIndex(const RangeList& subnets) : intervals_(subnets.size()) {
         for (const auto& s : subnets) {
             const Subnet subnet(s);
             if (subnet.IsInterval()) {
@@ -179,9 +182,8 @@ public:
     }
     bool Has(ulong32 address) const {
         return intervals_.Has(address) ||
-               std::any_of(with_holes_.begin(), with_holes_.end(), [&](const auto& nets) {
-                   return nets.second.Has(address & nets.first);
-               });
+               std::any_of(with_holes_.begin(), with_holes_.end(),
+                           [&](const auto& nets) { return nets.second.Has(address & nets.first); });
     }
 
 private:

@@ -105,7 +105,7 @@ class Passes {
 public:
     static constexpr std::uint32_t kNone = FirstHit::kNone;
 
-    explicit Passes(std::size_t count) : count_(static_cast<std::uint32_t>(count)) {}
+    explicit Passes(std::size_t count) : count_(static_cast<std::uint32_t>(count)), hits_(count) {}
 
     void Add(std::uint32_t pass, ulong32 first, ulong32 last) { hits_.Add(first, last, pass); }
     // For what is no interval: this pass looks at every range.
@@ -117,7 +117,9 @@ public:
     class Walk {
     public:
         Walk(const Passes& passes, std::uint32_t from)
-            : passes_(passes), next_(from), one_by_one_(passes.always_.size() > passes.count_ / 8) {}
+            : passes_(passes),
+              next_(from),
+              one_by_one_(passes.always_.size() > passes.count_ / 8) {}
         // The next pass for the range as it now is; kNone at the end.
         std::uint32_t Next(const CQELRangeIP& x);
 
@@ -140,8 +142,7 @@ private:
 // passes that look at every range anyhow.
 std::uint32_t Passes::Walk::Next(const CQELRangeIP& x) {
     if (!one_by_one_) {
-        const auto always =
-            std::lower_bound(passes_.always_.begin(), passes_.always_.end(), next_);
+        const auto always = std::lower_bound(passes_.always_.begin(), passes_.always_.end(), next_);
         const std::uint32_t other = always == passes_.always_.end() ? kNone : *always;
         const std::uint32_t hit = passes_.hits_.Find(x.from, LastOf(x));
         one_by_one_ = hit < next_ || steps_++ > 16 + passes_.count_ / 16;
