@@ -5,6 +5,7 @@
 #include "base/cp1251.h"
 #include "base/export.h"
 #include "base/types.h"
+#include "blob/int64.h"
 #include "compress/compress_memory.h"
 #include "compress/container_format.h"
 #include "compress/lz_coder.h"
