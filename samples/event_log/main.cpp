@@ -119,7 +119,7 @@ private:
 void Show(EventLog& log) {
     const std::vector<Event> events = log.ReadAll();
     for (const Event& event : events) {
-        const CQELString time = CQELDateTime(event.time).TextDateTime(1, 0, 0);
+        const CQELString time = CQELDateTime(event.time).TextDateTime(1, 1, 0);
         std::printf("%6d  %s  %s\n", event.number, Utf8(time).c_str(), Utf8(event.text).c_str());
     }
     std::printf("%zu events\n", events.size());
