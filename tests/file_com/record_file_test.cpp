@@ -9,6 +9,7 @@
 
 #include "file_com/service_db_variant.h"
 #include "pauses.h"
+#include "support/formats_page.h"
 #include "support/guarded_buffer.h"
 #include "support/header_bytes.h"
 #include "support/import_patch.h"
@@ -81,6 +82,23 @@ TEST_F(RecFile, KeepsTheFieldTableInItsHeader) {
         }
     }
     EXPECT_EQ(Numbers({44, 4, 2, 0, 0, 0, 2, 2, 1, 77, 3}) + "1xyzxdef", Bytes());
+}
+
+TEST_F(RecFile, FormatsPageShowsTheBytesAsTheyAreWritten) {
+    CRecFieldInfo fields[] = {{kFileDataInteger, 4}, {kFileDataText, 4}};
+    CRecordInfo info(2, fields);
+    {
+        CRecFile file(path(), 8, kCreate, &info);
+        file.MaxRecords(3);
+        int number = 0;
+        for (const char* text : {"boot", "load", "run ", "stop"}) {
+            std::string record = Numbers({++number}) + text;
+            EXPECT_TRUE(file.Add(record.data()));
+        }
+    }
+    const std::string dump = DumpedBytes("dump=records");
+    ASSERT_EQ(68u, dump.size());
+    EXPECT_EQ(ToHex(dump.data(), dump.size()), ToHex(Bytes().data(), Bytes().size()));
 }
 
 TEST_F(RecFile, ReachesOffsetsBeyond32Bits) {
@@ -245,10 +263,8 @@ TEST_F(RecFile, RepairsWhatWasCutAtAnyLength) {
 TEST_F(RecFile, LeavesADamagedHeaderAlone) {
     const std::string records = "aaaabbbb";
     const std::string headers[] = {
-        Numbers({0, 0, 0, 0, 0, 0, 0, 0, 0}),
-        Numbers({36, -4, 2, 0, 0, 0, 0, 0, 0}),
-        Numbers({36, 4, -2, 0, 0, 0, 0, 0, 0}),
-        Numbers({36, 4, 2, 0, 0, 0, 2, 0, 2}),
+        Numbers({0, 0, 0, 0, 0, 0, 0, 0, 0}),   Numbers({36, -4, 2, 0, 0, 0, 0, 0, 0}),
+        Numbers({36, 4, -2, 0, 0, 0, 0, 0, 0}), Numbers({36, 4, 2, 0, 0, 0, 2, 0, 2}),
         Numbers({36, 4, 2, 0, 0, 0, 1, 0, -1}),
     };
     for (const std::string& header : headers) {
