@@ -2,3 +2,4 @@
 find_package(absl REQUIRED)
 find_package(Boost REQUIRED)
 qelkit_bench(hash LIBRARIES absl::flat_hash_map Boost::headers)
+qelkit_bench(option_blob)
