@@ -11,6 +11,7 @@
 #include "compress/compress_memory.h"
 #include "compress/container_format.h"
 #include "compress/lz_coder.h"
+#include "config/option_blob.h"
 #include "datetime/dos_time.h"
 #include "datetime/file_time.h"
 #include "datetime/locale_text.h"
