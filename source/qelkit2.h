@@ -27,3 +27,4 @@
 #include "status/status_text.h"
 #include "text/c_text.h"
 #include "text/qel_string.h"
+#include "utils/module_version.h"
