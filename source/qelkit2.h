@@ -8,6 +8,7 @@
 #include "compress/compress_memory.h"
 #include "compress/container_format.h"
 #include "compress/lz_coder.h"
+#include "config/config_file.h"
 #include "datetime/dos_time.h"
 #include "datetime/file_time.h"
 #include "datetime/locale_text.h"
