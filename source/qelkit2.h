@@ -12,6 +12,7 @@
 #include "compress/container_format.h"
 #include "compress/lz_coder.h"
 #include "config/option_blob.h"
+#include "config/config_file.h"
 #include "datetime/dos_time.h"
 #include "datetime/file_time.h"
 #include "datetime/locale_text.h"
@@ -42,3 +43,4 @@
 #include "text/c_text.h"
 #include "text/codecs.h"
 #include "text/qel_string.h"
+#include "utils/module_version.h"
