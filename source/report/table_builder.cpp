@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "file_com/qel_file.h"
+
 static_assert(sizeof(CQELTableBuilder) == 16, "part of the binary interface");
 
 CQELTableBuilder::~CQELTableBuilder() noexcept(false) = default;

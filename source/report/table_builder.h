@@ -1,7 +1,8 @@
 #pragma once
 
 #include "base/export.h"
-#include "file_com/qel_file.h"
+
+class CQELFile;  // file_com/qel_file.h
 
 // Writes a table, an optional header row and rows of text cells, to a file. This class fixes the
 // protocol; html_table_builder.h has the one format.

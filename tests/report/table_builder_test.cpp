@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "file_com/qel_file.h"
 #include "report/html_table_builder.h"
 #include "report/table_builder_c.h"
 #include "support/import_patch.h"
