@@ -14,6 +14,8 @@
 #include "datetime/qel_date.h"
 #include "datetime/qel_datetime.h"
 #include "datetime/qel_time.h"
+#include "datetime/time_span.h"
+#include "datetime/tm_datetime.h"
 #include "file_com/com_stream.h"
 #include "file_com/file_time_record.h"
 #include "file_com/qel_file.h"
