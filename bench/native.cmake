@@ -1,1 +1,2 @@
 # The benchmarks that run natively, one a line.
+qelkit_bench(wildcard)
