@@ -1,2 +1,6 @@
 # The benchmarks that run natively, one a line.
 qelkit_bench(wildcard)
+qelkit_bench(compress LIBRARIES z lz4)
+find_package(absl REQUIRED)
+find_package(Boost REQUIRED)
+qelkit_bench(hash LIBRARIES absl::flat_hash_map Boost::headers)
