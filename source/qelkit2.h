@@ -34,3 +34,6 @@
 #include "status/status_text.h"
 #include "text/c_text.h"
 #include "text/qel_string.h"
+#include "utils/disks.h"
+#include "utils/paths.h"
+#include "utils/wipe.h"

@@ -15,6 +15,7 @@
 #include "file_com/detail/tree_walk.h"
 #include "file_com/qel_file.h"
 #include "file_com/qel_folder.h"
+#include "platform/full_path.h"
 #include "platform/windows.h"
 #include "status/status_text.h"
 

@@ -14,6 +14,7 @@
 #include "file_com/detail/tree_walk.h"
 #include "file_com/qel_file.h"
 #include "platform/disk_space.h"
+#include "platform/full_path.h"
 #include "platform/last_error.h"
 #include "platform/windows.h"
 #include "status/status_codes.h"

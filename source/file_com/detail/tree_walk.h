@@ -6,10 +6,6 @@
 
 namespace kit {
 
-// The full path of `path` in its long form, without a final backslash (unless it is a root); empty
-// when there is none.
-std::string FullPathOf(const char* path);
-
 // Where a walk begins: the full path of the folder, or why there is nothing to walk.
 struct WalkStart {
     enum Kind { kReady, kMissing, kNowhere };
