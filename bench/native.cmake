@@ -1,4 +1,5 @@
 # The benchmarks that run natively, one a line.
+qelkit_bench(wildcard)
 qelkit_bench(compress LIBRARIES z lz4)
 find_package(absl REQUIRED)
 find_package(Boost REQUIRED)
