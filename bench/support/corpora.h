@@ -1,7 +1,7 @@
 #pragma once
 
-// What the compression benchmarks work on: five kinds of data of one MiB each and two degenerate
-// ones. Text and the executable come from files that every Debian machine has; where one is
+// What the compression benchmarks work on: five kinds of data of one MiB each, some degenerate ones
+// and small ones. Text and the executable come from files that every Debian machine has; where one is
 // missing, generated data takes its place, with a notice on stderr. The rest is always generated,
 // from fixed seeds. Code page 1251 is written as bytes of that page.
 
@@ -123,30 +123,30 @@ inline std::string Executable() {
     return GeneratedCode();
 }
 
-// The text in a page's dress: paragraphs, links and table rows with attributes.
+// The text in a page's dress: '%' stands for a piece of it, '~' for a number.
 inline std::string Html() {
+    static const char* const elements[] = {
+        "<p class=\"body\">%</p>\n", "<a href=\"/licences/~.html\" title=\"Section ~\">%</a><br>\n",
+        "<div id=\"s~\">%</div>\n",
+        "<tr bgcolor=\"#FFFFFF\"><td width=\"120\">~</td><td align=\"right\">%</td></tr>\n"};
     const std::string text = Text();
     Random random(3);
     std::string html = "<!DOCTYPE html>\n<html>\n<head><title>Licences</title></head>\n<body>\n";
     for (std::size_t at = 0; html.size() < kSize;) {
-        const std::string words = text.substr(at, 20 + random.Below(160));
-        at = (at + words.size()) % (text.size() / 2);
-        switch (random.Below(4)) {
-            case 0:
-                html += "<p class=\"body\">" + words + "</p>\n";
-                break;
-            case 1:
-                html += "<a href=\"/licences/" + std::to_string(random.Below(5000)) +
-                        ".html\" title=\"" + words.substr(0, 12) + "\">" + words + "</a><br>\n";
-                break;
-            case 2:
-                html += "<div id=\"s" + std::to_string(at) + "\">" + words + "</div>\n";
-                break;
-            default:
-                html += "<tr bgcolor=\"#FFFFFF\"><td width=\"120\">" + words.substr(0, 10) +
-                        "</td><td align=\"right\">" + std::to_string(random.Below(100000)) +
-                        "</td><td>" + words.substr(10) + "</td></tr>\n";
+        const std::size_t length = 20 + random.Below(160);
+        for (const char* c = elements[random.Below(4)]; *c; ++c) {
+            switch (*c) {
+                case '%':
+                    html.append(text, at, length);
+                    break;
+                case '~':
+                    html += std::to_string(random.Below(100000));
+                    break;
+                default:
+                    html += *c;
+            }
         }
+        at = (at + length) % (text.size() / 2);
     }
     html.resize(kSize);
     return html;
@@ -184,7 +184,7 @@ inline std::string Cyrillic() {
     std::string text;
     while (text.size() < kSize) {
         for (std::size_t left = 3 + random.Below(12); left > 0; --left) {
-            if (random.Below(3) == 0) text += small[random.SkewedBelow(small.size())] + " ";
+            if (random.Below(3) == 0) text.append(small[random.SkewedBelow(small.size())]) += ' ';
             text += stems[random.Below(random.Below(stems.size()) + 1)];
             text += endings[random.Below(random.Below(endings.size()) + 1)];
             text += left == 1 ? "." : random.Below(8) == 0 ? ", " : " ";
@@ -211,7 +211,8 @@ inline std::string Records() {
         kit::StoreLe32(record + 12, static_cast<std::uint32_t>(random.SkewedBelow(1000000)));
         kit::StoreLe32(record + 16, 0x0A000000u + static_cast<std::uint32_t>(random.Below(2048)));
         kit::StoreLe32(record + 20, static_cast<std::uint32_t>(random.Below(4) == 0));
-        std::string name = names[random.SkewedBelow(10)] + std::to_string(random.Below(100));
+        std::string name = names[random.SkewedBelow(10)];
+        name += std::to_string(random.Below(100));
         name.resize(32, ' ');
         name.copy(record + 24, 32);
         kit::StoreLe32(record + 60, random.Next());
@@ -249,6 +250,15 @@ inline std::vector<Corpus> Degenerate() {
             {"period 7", periodic},
             {"ascending", ramp},
             {"random", random_bytes}};
+}
+
+// What a component compresses at a time: a little text, a record or two, a page.
+inline std::vector<Corpus> Small() {
+    const std::string text = Text();
+    return {{"16 bytes", text.substr(5000, 16)},
+            {"100 bytes", text.substr(5000, 100)},
+            {"1 KiB", text.substr(5000, 1 << 10)},
+            {"8 KiB", text.substr(5000, 8 << 10)}};
 }
 
 }  // namespace corpora

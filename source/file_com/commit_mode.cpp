@@ -9,7 +9,7 @@ std::string CommitMode(const char* mode, bool file_exists) {
     const std::string letters = committed.substr(0, committed.find(','));
     if (!writes || letters.find_first_of("cn") != std::string::npos) return committed;
     const auto at = committed.find_first_of(" ,");
-    return committed.insert(at == std::string::npos ? committed.size() : at, "c");
+    return committed.insert(at == std::string::npos ? committed.size() : at, 1, 'c');
 }
 
 }  // namespace kit

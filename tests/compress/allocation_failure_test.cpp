@@ -20,8 +20,8 @@ void operator delete(void* block, std::size_t) noexcept { std::free(block); }
 void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(block); }
 
 TEST(Compression, ReportsThatMemoryRanOut) {
-    unsigned char data[100] = {};
-    unsigned char packed[200];
+    unsigned char data[1000] = {};
+    unsigned char packed[2000];
     unsigned int room = sizeof packed;
     ulong32 container_room = sizeof packed;
     memory_is_out = true;

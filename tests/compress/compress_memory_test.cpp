@@ -55,7 +55,8 @@ TEST(CompressMemory, FailsWithoutRoomOrGainOrMethod) {
         ulong32 size = c.room;
         EXPECT_EQ(0, CompressMemory(kText.data(), c.src_len, container.data(), &size, c.method));
         EXPECT_EQ(c.room, size);
-        EXPECT_TRUE(c.room == 0 || container.data()[0] == 0xCC) << "a header in spite of the failure";
+        EXPECT_TRUE(c.room == 0 || container.data()[0] == 0xCC)
+            << "a header in spite of the failure";
     }
 }
 

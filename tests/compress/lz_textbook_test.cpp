@@ -107,11 +107,11 @@ TEST(LzTextbook, AgreesOnEveryShortLength) {
     }
 }
 
-// The ring turns over at 4096 (and its mirror at 16 more), the window is full at 4065, and the
-// encoder works in blocks of 24560 positions and then 20479 more.
+// Short inputs end at 800, the window is full at 4065, the ring turns over at 4096 (and what repeats
+// its beginning 16 later), and the encoder's blocks end at 24544 and 45023.
 TEST(LzTextbook, AgreesAroundEveryBoundary) {
     Random random(2);
-    for (const std::size_t boundary : {4065u, 4096u, 4112u, 8192u, 24544u, 45023u}) {
+    for (const std::size_t boundary : {800u, 4065u, 4096u, 4112u, 8192u, 24544u, 45023u}) {
         for (const auto& kind : kKinds) {
             CheckSample(kind, boundary - 2 + random() % 5, random);
         }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace kit::lz {
 namespace {
@@ -99,11 +100,14 @@ void BlockEncoder::TakeOver() {
 
 ShortEncoder::ShortEncoder(const unsigned char* src, std::uint32_t size, TokenWriter& writer)
     : total_(kPreset + size), writer_(writer) {
-    std::memset(early_, 0, sizeof early_);
-    std::memset(late_, kBlank, sizeof late_);
-    std::memset(early_, kBlank, kPreset);
-    std::memcpy(early_ + kPreset, src, size);
-    std::memcpy(late_ + kPreset, src, size);
+    const auto lay_out = [&](unsigned char* text, int behind) {
+        std::memset(text, kBlank, kPreset);
+        std::memcpy(text + kPreset, src, size);
+        std::memset(text + kPreset + size, behind, kKey);
+    };
+    lay_out(early_, 0);
+    lay_out(late_, kBlank);
+    std::fill(std::begin(roots_), std::end(roots_), kNone);
 }
 
 bool ShortEncoder::Encode() {
@@ -119,23 +123,29 @@ bool ShortEncoder::Encode() {
     return writer_.Finish();
 }
 
-__m128i ShortEncoder::Key(std::uint32_t position) const {
-    return LoadKey((position < 2 * kPreset ? early_ : late_) + position);
+const unsigned char* ShortEncoder::Key(std::uint32_t position) const {
+    return (position < 2 * kPreset ? early_ : late_) + position;
 }
 
-// Inserts a key and returns the longest match for it, the oldest of several.
+// Inserts a key and returns the longest match for it that its way down meets, the first of several.
 Match ShortEncoder::Insert(std::uint32_t position) {
-    const __m128i key = Key(position);
+    const unsigned char* const key = Key(position);
+    const __m128i bytes = LoadKey(key);
+    std::uint16_t* link = &roots_[key[0]];
     Match match = {0, 0};
-    for (std::uint32_t* node = nodes_; node != nodes_ + node_count_; ++node) {
-        const std::uint32_t length = CommonPrefix(key, Key(*node));
-        if (length <= match.length) continue;
-        match = {length, *node};
-        if (length < kKey) continue;
-        *node = position;
-        return match;
+    children_[position] = {kNone, kNone};
+    while (*link != kNone) {
+        const std::uint16_t node = *link;
+        const unsigned char* const other = Key(node);
+        const std::uint32_t length = CommonPrefix(bytes, LoadKey(other));
+        if (length > match.length) match = {length, node};
+        if (length == kKey) {
+            children_[position] = children_[node];
+            break;
+        }
+        link = key[length] < other[length] ? &children_[node].less : &children_[node].greater;
     }
-    nodes_[node_count_++] = position;
+    *link = static_cast<std::uint16_t>(position);
     return match;
 }
 

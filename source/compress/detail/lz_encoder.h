@@ -54,16 +54,17 @@ private:
     std::uint16_t by_priority_[kMaxCount + 1];
 };
 
-// The same for short inputs. There the bytes behind the end, which take part in comparisons, depend
-// on who looks: places beyond the ring's end repeat those at its beginning, but only once these
-// have been written. So the keys of the first sixteen bytes and those before see zeros behind the
-// end, later ones blanks.
+// The same for short inputs, for which the order of all keys is not worth its price: the search tree
+// with its links. No key leaves the window before 4065 bytes have come, so nothing is ever removed.
 //
-// As no key ever leaves, the search tree is only needed for its ages: a list in the order of age.
+// The bytes behind the end, which take part in comparisons, depend on who looks: places beyond the
+// ring's end repeat those at its beginning, but only once these have been written. So the keys of
+// the first sixteen bytes and of the blanks before see zeros behind the end, later ones see blanks.
 class ShortEncoder {
 public:
-    // From 31 bytes on, no key of the first sixteen reaches the end.
-    static constexpr std::uint32_t kLongest = 30;
+    // At least 30: from 31 bytes on, no key of the first sixteen reaches the end, and BlockEncoder
+    // need not tell them apart. From here on that is faster, too.
+    static constexpr std::uint32_t kLongest = 800;
 
     ShortEncoder(const unsigned char* src, std::uint32_t size, TokenWriter& writer);
     bool Encode();
@@ -71,8 +72,14 @@ public:
 private:
     static constexpr std::uint32_t kPreset = kKey;
     static constexpr std::uint32_t kMaxCount = kPreset + kLongest;
+    static constexpr std::uint16_t kNone = 0xFFFF;
 
-    __m128i Key(std::uint32_t position) const;
+    struct Children {
+        std::uint16_t less;
+        std::uint16_t greater;
+    };
+
+    const unsigned char* Key(std::uint32_t position) const;
     Match Insert(std::uint32_t position);
     bool EncodeToken(std::uint32_t position, Match match);
 
@@ -80,8 +87,8 @@ private:
     TokenWriter& writer_;
     unsigned char early_[kMaxCount + kKey];
     unsigned char late_[kMaxCount + kKey];
-    std::uint32_t nodes_[kMaxCount];
-    std::uint32_t node_count_ = 0;
+    std::uint16_t roots_[256];  // by the first byte of the key
+    Children children_[kMaxCount];
     std::uint32_t covered_ = 0;
 };
 
