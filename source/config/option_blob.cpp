@@ -1,6 +1,7 @@
 #include "config/option_blob.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -12,6 +13,7 @@
 static_assert(sizeof(CQelOpt) == 32, "the fields are part of the binary interface");
 static_assert(sizeof(CQelOpts) == 48, "the fields are part of the binary interface");
 static_assert(sizeof(CDrvOptsIp) == 56, "the fields are part of the binary interface");
+static_assert(std::endian::native == std::endian::little, "record headers are read by words");
 
 namespace {
 
@@ -93,6 +95,7 @@ struct CQelOpts::Store {
     }
 
     class Appender;
+    static void Parse(CQelOpts& list, const unsigned char* blob, unsigned int length);
 };
 
 // Appends options to a list; only the destructor closes the list again.
@@ -120,6 +123,7 @@ public:
             place = Take(sizeof(CQelOpt), 0);
         }
         if (!place) return;
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.PlacementNew): it takes the block for empty.
         auto* option = new (place) CQelOpt;
         option->code_ = code;
         option->length_ = length;
@@ -174,28 +178,30 @@ private:
     unsigned char* end_;
 };
 
-CQelOpts::CQelOpts() : blob_(nullptr) { Store::Detach(*this); }
-
-CQelOpts::CQelOpts(const unsigned char* blob, unsigned int length) : CQelOpts() {
-    Parse(blob, length);
-}
-
-CQelOpts::~CQelOpts() {
-    Store::Release(Store::Detach(*this));
-    std::free(blob_);
-}
-
-void CQelOpts::Parse(const unsigned char* blob, unsigned int length) {
+void CQelOpts::Store::Parse(CQelOpts& list, const unsigned char* blob, unsigned int length) {
     kit::ByteReader reader(blob, blob ? length : 0);
-    Store::Appender appender(*this);
+    Appender appender(list);
     while (reader.left() >= kRecordHeader) {
-        const std::uint32_t code = reader.U32();
-        const std::uint32_t size = reader.U32();
+        std::uint64_t header;  // in one piece: the length is what everything waits for
+        std::memcpy(&header, reader.Take(kRecordHeader), kRecordHeader);
+        const auto code = static_cast<std::uint32_t>(header);
+        const auto size = static_cast<std::uint32_t>(header >> 32);
         const unsigned char* data = reader.Take(size);
         if (!data) return;
         // Enough for the rest when its options have 48 bytes of data or more.
         appender.Append(code, size, data, reader.left() + reader.left() / 2);
     }
+}
+
+CQelOpts::CQelOpts() : blob_(nullptr) { Store::Detach(*this); }
+
+CQelOpts::CQelOpts(const unsigned char* blob, unsigned int length) : CQelOpts() {
+    Store::Parse(*this, blob, length);
+}
+
+CQelOpts::~CQelOpts() {
+    Store::Release(Store::Detach(*this));
+    std::free(blob_);
 }
 
 int CQelOpts::AddOption(unsigned int code, unsigned int length, const unsigned char* data) {
@@ -226,12 +232,15 @@ void CQelOpts::GetAllOptions(unsigned int& length, unsigned char*& blob) {
     blob_ = size > 0 ? static_cast<unsigned char*>(std::malloc(size)) : nullptr;
     blob = blob_;
     length = blob_ ? size : 0;
-    kit::ByteWriter writer(blob_, length);
-    for (CQelOpt* option = head_.next_; writer.ok() && option != &head_; option = option->next_) {
+    if (!blob_) return;
+    kit::ByteWriter writer(blob_, size);
+    const CQelOpt* option = head_.next_;  // there is one: the blob has a length
+    do {
         writer.U32(option->code_);
         writer.U32(option->length_);
         writer.Bytes(option->data_, option->length_);
-    }
+        option = option->next_;
+    } while (option != &head_);
 }
 
 int CQelOpts::SeekAt(int index) {
@@ -280,7 +289,7 @@ void CDrvOptsIp::Create(const unsigned char* blob, unsigned int length) {
     unsigned char* const old_blob = blob_;
     blob_ = nullptr;
     Store::Block* const old_blocks = Store::Detach(*this);
-    Parse(blob, length);
+    Store::Parse(*this, blob, length);
     Store::Release(old_blocks);
     std::free(old_blob);
 }

@@ -86,8 +86,6 @@ private:
     friend class CDrvOptsIp;
     struct Store;  // the memory of the options
 
-    void Parse(const unsigned char* blob, unsigned int length);
-
     CQelOpt head_;     // of the circular list; its other fields belong to Store
     CQelOpt* cursor_;  // null: none
     unsigned char* blob_;
