@@ -236,6 +236,21 @@ TEST_F(RecFile, LimitGivesUpTheRecordsBeyond) {
     EXPECT_EQ(Numbers({36, 4, 0, 0, 0, 0, 0, 0, 0}), Bytes());
 }
 
+TEST_F(RecFile, ReadingMeetsTheEndOfTheFile) {
+    const struct {
+        long32 record_length, i;
+        int status;
+    } cases[] = {{4, 0, 0}, {4, 1, 5}, {4, 2, 37}, {4, 3, 37}, {0, 0, 0}, {6, 1, 37}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.record_length << ", " << c.i);
+        Write(Numbers({36, c.record_length, 3, 0, 0, 0, 0, 0, 0}) + "aaaabb");
+        CRecFile file(path(), kLength, kReadOnly, nullptr);
+        char record[kLength];
+        file.Get(c.i, record);
+        EXPECT_EQ(c.status, file.GetRetCode());
+    }
+}
+
 // --- Opening --------------------------------------------------------------------------------------
 
 TEST_F(RecFile, RepairsWhatWasCutAtAnyLength) {
@@ -385,6 +400,9 @@ TEST_F(RecFile, ReadOnlyStaysAsItIs) {
         EXPECT_FALSE(write(file));
         EXPECT_EQ(6, file.GetRetCode());
     }
+    CRecFile file(path(), kLength, kReadOnly, nullptr);
+    file.Destroy();
+    EXPECT_EQ(0, file.GetRetCode());
     EXPECT_EQ(before, Bytes());
     EXPECT_EQ(17, CRecFile(path(), kLength, kUpdate, nullptr).GetRetCode());
 }
@@ -423,6 +441,17 @@ TEST_F(RecFile, OnlyDestroyWritesTheHeaderAndCuts) {
     Write(Numbers({36, 4, 1, 1, 0, 0, 0, 0, 0}) + "aaaakept");
     { CRecFile(path(), kLength, kUpdate, nullptr); }
     EXPECT_EQ(44u, Bytes().size()) << "bit 0 of the flags";
+}
+
+TEST_F(RecFile, OpensAgainAfterDestroy) {
+    char record[] = "aaaa";
+    Create({});
+    {
+        CRecFile file(path(), kLength, kUpdate, nullptr);
+        file.Destroy();
+        EXPECT_TRUE(file.Open(nullptr) && file.Add(record));
+    }
+    EXPECT_EQ((Records{"aaaa"}), ReadBack());
 }
 
 TEST_F(RecFile, CutsBehindAClosedFileToo) {
@@ -485,6 +514,7 @@ TEST_F(RecFile, TakesAnotherDescriptionAtTheNextOpening) {
     EXPECT_FALSE(file.GetField(0, 0, record));
     EXPECT_TRUE(file.Open(nullptr) && file.Add(record));
     EXPECT_TRUE(file.GetField(0, 0, record));
+    EXPECT_FALSE(file.Put(1, record)) << "only Add goes behind the end";
 }
 
 TEST_F(RecFile, RefusesBuffersThatCannotBe) {
@@ -511,6 +541,11 @@ std::size_t FailRead(void*, std::size_t, std::size_t, FILE*) { return 0; }
 std::size_t FailWrite(const void*, std::size_t, std::size_t, FILE*) { return 0; }
 int FailFlush(FILE*) { return EOF; }
 int FailSeek(FILE*, const fpos_t*) { return -1; }  // what this runtime makes of _fseeki64
+// The file becomes shorter while its header is looked at.
+long long ShrinkingLength(int) {
+    static int calls = 0;
+    return ++calls % 2 == 1 ? 40 : 20;
+}
 void* NoMemory(std::size_t) { return nullptr; }
 
 TEST_F(RecFile, TellsWhatFailed) {
@@ -536,6 +571,7 @@ TEST_F(RecFile, TellsWhatFailed) {
     expect(21, put, "fsetpos", &FailSeek);
     expect(21, open, "fsetpos", &FailSeek);
     expect(5, open, "fread", &FailRead);
+    expect(5, open, "_filelengthi64", &ShrinkingLength);
     EXPECT_EQ(before, Bytes()) << "a header that could not be read is not written over";
 }
 
