@@ -386,7 +386,6 @@ TEST_F(RecFile, ReadOnlyStaysAsItIs) {
     Create({"aaaa"});
     const std::string before = Bytes() + "behind";
     Write(before);
-    const ReadOnlyFile attribute(path_);
     char record[] = "zzzz";
     const std::function<bool(CRecFile&)> writes[] = {
         [&](CRecFile& file) { return file.Put(0, record); },
@@ -404,6 +403,7 @@ TEST_F(RecFile, ReadOnlyStaysAsItIs) {
     file.Destroy();
     EXPECT_EQ(0, file.GetRetCode());
     EXPECT_EQ(before, Bytes());
+    const ReadOnlyFile attribute(path_);
     EXPECT_EQ(17, CRecFile(path(), kLength, kUpdate, nullptr).GetRetCode());
 }
 
@@ -462,6 +462,12 @@ TEST_F(RecFile, CutsBehindAClosedFileToo) {
         file.Close();
     }
     EXPECT_EQ(Numbers({36, 4, 3, 0, 0, 0, 0, 0, 0}) + "aaaa", Bytes());
+    {
+        CRecFile file(path(), kLength, kUpdate, nullptr);
+        file.Close();
+        Write("cut by others");
+    }
+    EXPECT_EQ("cut by others", Bytes()) << "nothing to cut";
 }
 
 TEST_F(RecFile, MovesAndRemoves) {

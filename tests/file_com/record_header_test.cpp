@@ -71,6 +71,23 @@ TEST(RecordHeader, TellsUnreadableFromDamaged) {
     }
 }
 
+TEST(RecordHeader, RefusesAHeaderThatChangesWhileItIsRead) {
+    struct Changing : BytesSource {
+        using BytesSource::BytesSource;
+        int Read(unsigned char* to, std::size_t size) override {
+            const int status = BytesSource::Read(to, size);
+            if (size > 4) kit::StoreLe32(to, 0x7FFFFFFF);
+            return status;
+        }
+    };
+    Changing source(Numbers({36, 8, 0, 0, 0, 0, 0, 0, 0}));
+    unsigned char header[36];
+    kit::HeaderBlock block;
+    const auto verdict = kit::ReadHeader(source, nullptr, header, block);
+    EXPECT_EQ(74, verdict.status);
+    EXPECT_FALSE(verdict.is_unreadable);
+}
+
 TEST(RecordHeader, TakesTheFieldTableFromTheFile) {
     CRecFieldInfo described[] = {{kFileDataInteger, 4}, {kFileDataText, 2}, {kFileDataReal, 8}};
     const CRecordInfo three(3, described);
