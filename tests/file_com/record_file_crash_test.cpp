@@ -140,7 +140,8 @@ long FillUp(const std::string& path, long most) {
     long stored = 0;
     for (long i = 0; file.GetRetCode() == 0 && i < most; ++i) {
         NumberedRecord record(i);
-        file.Add(&record);
+        const bool is_added = file.Add(&record);
+        EXPECT_EQ(i + is_added, file.Size());
         if (file.Size() % 2 == 0 && file.PutHeader()) stored = file.Size();
     }
     EXPECT_EQ(6, file.GetRetCode());
