@@ -9,6 +9,7 @@
 #include "compress/container_format.h"
 #include "compress/lz_coder.h"
 #include "config/config_file.h"
+#include "config/registry.h"
 #include "datetime/dos_time.h"
 #include "datetime/file_time.h"
 #include "datetime/locale_text.h"
