@@ -29,4 +29,6 @@
 #include "status/status_text.h"
 #include "text/c_text.h"
 #include "text/qel_string.h"
+#include "utils/desktop_access.h"
 #include "utils/module_version.h"
+#include "utils/security_attributes.h"
