@@ -32,3 +32,4 @@
 #include "utils/desktop_access.h"
 #include "utils/module_version.h"
 #include "utils/security_attributes.h"
+#include "utils/session.h"
