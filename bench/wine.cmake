@@ -1,3 +1,6 @@
 # The benchmarks that need the platform, one a line.
 qelkit_wine_bench(format)
 qelkit_wine_bench(string)
+qelkit_wine_bench(tm_datetime)
+qelkit_wine_bench(report)
+qelkit_wine_bench(runtime)
