@@ -2,3 +2,6 @@
 qelkit_wine_bench(format)
 qelkit_wine_bench(record_file)
 qelkit_wine_bench(string)
+qelkit_wine_bench(tm_datetime)
+qelkit_wine_bench(report)
+qelkit_wine_bench(runtime)

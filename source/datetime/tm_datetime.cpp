@@ -59,22 +59,22 @@ QEL::CDateTime::CDateTime(SYSTEMTIME* st, bool local) : CDateTime(local) {
 // TmEveryZone.TakesTheClocksMillisecondWithSeconds.
 QEL::CDateTime::CDateTime(std::int64_t seconds, bool local)
     : CDate(qeltm{{}, ClocksMillisecond(), local}) {
-    const bool summer = IsSummerTimeAssumed(local);
-    // A count at the end of 64 bits wraps, and the runtime refuses it.
-    const auto ahead = static_cast<std::uint64_t>(-std::int64_t{kit::GetLocalZone().summer_bias});
-    if (summer) seconds = static_cast<std::int64_t>(static_cast<std::uint64_t>(seconds) + ahead);
-    if (const tm* const fields = ::_gmtime64(&seconds)) {
-        record_.fields = *fields;
-    } else {
-        SetDefaultValue(true);
-        record_.local = local;
-    }
-    if (summer) record_.fields.tm_isdst = kit::kSummerTime;
+    ConvertFrom(seconds);
 }
 
 QEL::CDateTime::CDateTime(std::uint64_t milliseconds, bool local)
-    : CDateTime(static_cast<std::int64_t>(milliseconds / 1000), local) {
-    Milliseconds(static_cast<int>(milliseconds % 1000));
+    : CDate(qeltm{{}, static_cast<std::uint16_t>(milliseconds % 1000), local}) {
+    ConvertFrom(static_cast<std::int64_t>(milliseconds / 1000));
+}
+
+void QEL::CDateTime::ConvertFrom(std::int64_t seconds) {
+    const bool summer = IsSummerTimeAssumed(record_.local);
+    // A count at the end of 64 bits wraps, and the runtime refuses it.
+    const auto ahead = static_cast<std::uint64_t>(-std::int64_t{kit::GetLocalZone().summer_bias});
+    if (summer) seconds = static_cast<std::int64_t>(static_cast<std::uint64_t>(seconds) + ahead);
+    const tm* const fields = ::_gmtime64(&seconds);
+    record_.fields = fields ? *fields : CDateTime(true).record_.fields;
+    if (summer) record_.fields.tm_isdst = kit::kSummerTime;
 }
 
 QEL::CDateTime::CDateTime(const qeltm& record) : CDate(record) {}

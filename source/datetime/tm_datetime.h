@@ -216,6 +216,8 @@ protected:
     explicit CDateTime(const qeltm& record);
 
 private:
+    // Takes the fields of the reading at `seconds`; the rest of the record is there.
+    void ConvertFrom(std::int64_t seconds);
     void GetLocalOrSystemTime(bool to_local, CDateTime& out) const;
 };
 

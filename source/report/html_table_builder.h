@@ -26,7 +26,5 @@ public:
     static bool IsBlankString(const char* text);
 
 private:
-    void PutCell(const char* kind, const char* align, const char* text);
-
     ulong32 in_header_ : 1;
 };
