@@ -16,6 +16,7 @@
 #include "datetime/qel_datetime.h"
 #include "datetime/qel_time.h"
 #include "file_com/com_stream.h"
+#include "file_com/file_finder.h"
 #include "file_com/file_name.h"
 #include "file_com/file_time_record.h"
 #include "file_com/find_file.h"
