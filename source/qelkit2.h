@@ -23,6 +23,7 @@
 #include "datetime/time_span.h"
 #include "datetime/tm_datetime.h"
 #include "file_com/com_stream.h"
+#include "file_com/file_finder.h"
 #include "file_com/file_name.h"
 #include "file_com/file_time_record.h"
 #include "file_com/find_file.h"
