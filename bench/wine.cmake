@@ -1,2 +1,3 @@
 # The benchmarks that need the platform, one a line.
+qelkit_wine_bench(format)
 qelkit_wine_bench(string)

@@ -113,7 +113,7 @@ std::size_t LengthOf(const std::string& path) {
 
 Bytes BuildRecord(const std::string& path) {
     const std::size_t size = LengthOf(path);
-    const CQELFile file = OpenFile(path, "rb");
+    CQELFile file = OpenFile(path, "rb");
     Bytes data(size);
     ReadAll(file, data.data(), size);
 

@@ -3,6 +3,8 @@
 #include "status/qel_status.h"
 #include "status/status_codes.h"
 
+static_assert(sizeof(CQELReference) == 16, "bodies of callers begin behind it");
+
 CQELReference::~CQELReference() = default;
 
 long32 CQELReference::AddRef() { return ++count_; }

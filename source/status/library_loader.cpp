@@ -29,8 +29,8 @@ CQELString FailureText(DWORD error, const char* name) {
     CQELString message;
     message.LoadQelkitString(kStatusLibraryLoadFailed);
     CQELString text;
-    text.Format("%s (::GetLastError=%d(0x%08X) Library name=%s)",
-                static_cast<const char*>(message), error, error, name ? name : "");
+    text.Format("%s (::GetLastError=%d(0x%08X) Library name=%s)", static_cast<const char*>(message),
+                error, error, name ? name : "");
     return text;
 }
 

@@ -15,7 +15,8 @@ struct FUNCTION_NOTIFYRECORD {
 
 // The callback gets the message, the record (valid during the call), the parameter once more and
 // its own context.
-typedef ulong32 (*FUNCTION_NOTIFYCALLBACK)(unsigned int message, const FUNCTION_NOTIFYRECORD* record,
+typedef ulong32 (*FUNCTION_NOTIFYCALLBACK)(unsigned int message,
+                                           const FUNCTION_NOTIFYRECORD* record,
                                            std::int64_t parameter, std::uint64_t context);
 
 // Where notifications go: a callback, which may be null, and its context.

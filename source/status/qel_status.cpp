@@ -2,17 +2,17 @@
 
 #include <cstring>
 
-// A thrown status keeps this layout over the whole life of the interface.
-#if defined(_MSC_VER)
-constexpr std::size_t kErrnoRoom = 8;  // never in the padding of the base
+// Callers derive from these classes and copy them, compiled apart from us.
+#ifdef _MSC_VER
+constexpr std::size_t kErrnoSize = 48;
 #else
-constexpr std::size_t kErrnoRoom = 0;  // in the last four bytes of XQELStatus
+constexpr std::size_t kErrnoSize = 40;  // the error number lies in the padding of its base
 #endif
 static_assert(sizeof(XQELBaseMsg) == 1);
 static_assert(sizeof(XQELMsg) == 32);
 static_assert(sizeof(XQELStatus) == 40);
-static_assert(sizeof(XQELErrno) == 40 + kErrnoRoom);
-static_assert(sizeof(XQELFile) == sizeof(XQELErrno));
+static_assert(sizeof(XQELErrno) == kErrnoSize);
+static_assert(sizeof(XQELFile) == kErrnoSize);
 
 // --- XQELMsg -----------------------------------------------------------------------------------
 

@@ -16,7 +16,8 @@
 // The class tree is XQELBaseMsg <- XQELMsg <- XQELStatus <- XQELErrno <- XQELFile. What can be
 // reported changes through const functions, so that a `const XQELFile&` is enough to report into.
 // No constructor throws, whatever it is given. Copies take all fields, the raise flag included.
-// A pointer converts to bool: XQELFile("text") sets the raise flag, it stores no text.
+// Mind what converts: XQELFile("text") sets the raise flag and stores no text, and XQELStatus(false)
+// is status 0 with the raise flag set.
 //
 // One object belongs to one thread at a time.
 //
@@ -51,6 +52,9 @@ public:
 protected:
     // Throws a copy of the object as the class that overrides this.
     virtual void Raise() const = 0;
+
+    // For classes whose copies take the raise flag and nothing else of the status.
+    void TakeRaiseFlag(const XQELMsg& other) { raise_ = other.raise_; }
 
 private:
     bool raise_;
@@ -99,7 +103,9 @@ public:
     // Error number = 0: the status stays.
     void Clear() const override;
 
-    // Records the error number; if it is not 0 and the raise flag is set, throws.
+    using XQELMsg::SetError;
+    // Records the error number; if it is not 0 and the raise flag is set, throws. Hides the one of
+    // XQELStatus: for the status say XQELStatus::SetError(status).
     void SetError(int error_number) const;
 
 protected:
@@ -122,6 +128,7 @@ public:
     // Status = 0 and error number = 0.
     void Clear() const override;
 
+    using XQELMsg::SetError;
     // Clears, then records the status, then the error number; each may throw. So a raising object
     // that is given a status throws before the error number is recorded: the thrown copy, and the
     // object itself, then have error number 0. Only a status of 0 throws with the error number.

@@ -17,9 +17,12 @@
 //   that shares it sees the change. All other editing operations give this string a new body.
 //   For an independent copy, construct from the text: CQELString((const char*)other).
 // - Lengths and positions are bytes. Multi-byte characters are respected only where it is said.
-// - A body that cannot be allocated leaves the string empty (construction, assignment) or unchanged
-//   (editing). Work buffers of formatting and code-page conversion that cannot be allocated throw
-//   `(char*)"MemoryError"`.
+// - Texts end at 2^31 - 2 bytes. Zero bytes inside a text are kept, and count; read as a C string,
+//   and in comparisons, the text ends at the first.
+// - A body that cannot be allocated leaves the string empty (construction, assignment, operator+)
+//   or unchanged (editing, operator+=). Work buffers of formatting and code-page conversion that
+//   cannot be allocated throw `(char*)"MemoryError"`.
+// - Editing operations return the string itself.
 // - Strings that share a body belong to one thread at a time; the count itself is atomic, so
 //   copies may be released anywhere.
 // - CQELString(65) and s += 65 mean the character 'A'.
@@ -64,8 +67,8 @@ public:
     CQELString() : body_(nullptr) {}
     // A copy of `s`; null and "" give the empty string.
     CQELString(const char* s);
-    // A copy of the first `n` bytes of `s`, which are all readable; null, "" and n = 0 give the
-    // empty string. n above 2^31 - 2 cannot be allocated: empty.
+    // A copy of the first `n` bytes of `s`, which are all readable, whatever they are; null, "" (a
+    // zero byte first) and n = 0 give the empty string. n above 2^31 - 2: empty.
     CQELString(const char* s, std::uint64_t n);
     // One character; '\0' too makes a body, of length 1.
     CQELString(char c);
@@ -98,9 +101,9 @@ public:
     bool IsValidString() const;
     void Empty();
 
-    // Becomes the text of `n` bytes at `data`, up to the first zero byte among them.
+    // Becomes the text of `n` bytes at `data`, up to the first zero byte among them. Null: empty.
     void Load(const unsigned char* data, unsigned int n);
-    // The length and the text itself, not a copy: valid while the string lives unchanged.
+    // The length and the text itself, not a copy: to be read only, while the string lives unchanged.
     void Save(unsigned int& n, unsigned char*& data) const;
 
     // --- String resources --------------------------------------------------------------------
@@ -115,7 +118,9 @@ public:
     // The message of a status code; empty for a code without one.
     CQELString& LoadQelkitString(int status);
 
-    // --- Concatenation: always a new body, but an empty left side shares the right one's --------
+    // --- Concatenation --------------------------------------------------------------------------
+    // Always a new body, even when nothing is added; only an empty left side shares the body of a
+    // right one. Null is "".
 
     CQELString& operator+=(const CQELString& s);
     CQELString& operator+=(const char* s);
@@ -136,8 +141,9 @@ public:
     bool operator<(const CQELString& s) const;
     bool operator>(const CQELString& s) const;
 
-    // Below 0, 0 or above 0 by the runtime's multi-byte comparison. An empty string equals null
-    // and is below everything else, "" included.
+    // Below 0, 0 or above 0 by the runtime's multi-byte comparison, which ignores the case of
+    // Cyrillic letters only in a locale that has them. An empty string equals null and is below
+    // everything else, "" included.
     int Compare(const char* s, bool no_case = false) const;
     int CompareNoCase(const char* s) const { return Compare(s, true); }
     // The same by Russian dictionary order. Switches the process's locale for the time of the
@@ -172,8 +178,9 @@ public:
     // Nothing happens when `s` is empty or `pos` is past the end; a negative `pos` counts as 0. An
     // empty string becomes `s`, whatever `pos` is.
     CQELString& Insert(const CQELString& s, int pos);
-    // Inserts `s` at byte `column` of every line (ended by line feeds) that is at least `column`
-    // bytes long, a carriage return counting as a byte of its line. A text of one line: Insert.
+    // Inserts `s` at byte `column` of every line that is at least `column` bytes long; shorter ones
+    // stay. Line feeds separate the lines, so that one at the end is followed by an empty line; a
+    // carriage return is a byte of its line. A text of one line: Insert.
     CQELString& InsertRow(const CQELString& s, int column);
     // In place, shared with all copies.
     CQELString& Replace(char from, char to);
@@ -213,37 +220,68 @@ public:
 
     // --- Case and code page --------------------------------------------------------------------
 
-    // Each byte by the runtime's current locale; in place, shared with all copies.
+    // In place, shared with all copies.
+
+    // Each character by the runtime's conversion for its multi-byte code page (_mbctolower,
+    // _mbctoupper). That is the system's ANSI code page until _setmbcp changes it, so Cyrillic
+    // converts under code page 1251 whatever setlocale was told.
     CQELString& MakeLower();
     CQELString& MakeUpper();
-    // The same, but the 33 letters of the Russian alphabet convert in any locale.
+    // Each byte: the 33 letters of the Russian alphabet in code page 1251 convert in any locale,
+    // all others by the runtime's tolower and toupper, which follow setlocale.
     CQELString& LowerRus();
     CQELString& UpperRus();
-    // Between the ANSI and the OEM code page.
+    // Between the system's ANSI and OEM code pages.
     CQELString& CharToOemA();
     CQELString& OemToCharA();
-    // 1 when every byte is a (hexadecimal) digit, and for the empty string; else 0.
+    // 1 when every byte is a (hexadecimal) digit of ASCII, and for the empty string; else 0.
     int isdigit() const;
     int isxdigit() const;
 
-    // --- Formatting (format_runtime, format_estimate, format_walker) ------------------------------
-    // Four engines that differ on purpose. Formats are those of the C runtime (msvcrt spelling:
-    // %I64d, %S, %hs); every argument takes one 64-bit slot.
+    // --- Formatting ------------------------------------------------------------------------------
+    // Four engines that differ on purpose: the same format need not give the same text.
+    //
+    // Formats are those of the C runtime (msvcrt spelling: %I64d, %S, %hs, exponents of three
+    // digits) in its current locale. Every argument takes one slot of 64 bits; an argument list is
+    // the pointer to the first (a va_list of Windows x86-64). Arguments must fit the format: nobody
+    // can check them, texts are read and %n writes through its argument. Never take a format from
+    // strangers.
+    //
+    // An unreadable or null `fmt` changes nothing. Format and arguments may lie in the string that
+    // is changed. The result ends at its first zero byte (%c of 0). Working memory that cannot be
+    // had is thrown as (char*)"MemoryError"; the string is then unchanged. No shared state: any
+    // thread may format strings of its own.
 
-    // The runtime's formatter, in two passes. An unreadable `fmt` changes nothing.
+    // The runtime's formatter, in two passes. Nothing changes when it reports an error.
     CQELString& Format(const char* fmt, ...);
-    // An estimate of the length, then one pass. A result longer than the estimate (every %E), or a
-    // formatter that fails, makes the string the format text itself. An unreadable `fmt` changes
-    // nothing.
+
+    // Estimates the length, then formats once. The string becomes the format text itself,
+    // unformatted, when the formatter reports an error or the result is longer than the estimate:
+    // never half a result. The estimate counts nothing for %E, %a and sizes other than h, l, F, L,
+    // N and I64 (%lld), so that these mostly end as the format text; use %e, %g, %I64d. An estimate
+    // beyond 32 bits gives "(CQELPtr:ZeroItems)".
     CQELString& FormatV(const char* fmt, char* args);
-    // Our own walker: "-", then one of blank and "+", width, precision, size, type, in this order
-    // only. Strings are cut to 256 characters; "%-3s" cuts to its width, "%3s" does not.
+
+    // Walks the format itself: "%", an optional "-", then one of blank and "+", width, "." and
+    // precision (digits or "*"), one size of F, L, N, h and l, the type; nothing else and in this
+    // order only. "%+-5d" ends at its "-", "%#x" at its "#", "%I64d" at its "I". A format that ends
+    // before the type of a conversion: that part is text.
+    //   s, c    laid out here, always narrow. Null is "(null)". Text and width are cut to 256
+    //           characters. "%-3s" also cuts to its width, "%3s" does not. A precision counts as
+    //           given for the padding on the left: "%9.5s" of "abc" is 4 blanks and "abc".
+    //   others  printed by the runtime, each alone, and cut to their first 256 characters. %n
+    //           stores 0.
+    // A negative "*" is a "-" and the width, or no precision, as in C.
     CQELString& Sprintf(const char* fmt, char* args);
+
     // Sprintf, then MakeLower.
     CQELString& lFormat(const char* fmt, ...);
+
     // FormatV with message `id` of this library as its format; empty when there is none.
     virtual CQELString& Format(int id, ...);
-    // FormatV with string resource `id` of `module` (as LoadStringA; null is this library).
+
+    // FormatV with string resource `id` of `module` as its format (LoadStringA; but null is this
+    // library); empty when there is none.
     virtual CQELString& FormatEx(const char* module, int id, ...);
 
 private:
@@ -258,7 +296,8 @@ inline CQELString::EStripType operator|(CQELString::EStripType a, CQELString::ES
 inline bool operator==(const char* a, const CQELString& b) { return b == a; }
 inline bool operator!=(const char* a, const CQELString& b) { return !(b == a); }
 
-// String resource `id` of the process's main executable as the format of FormatV.
+// FormatV into a new string, with string resource `id` of the process's main executable as its
+// format; empty when there is none.
 QELKIT_API CQELString CQELSprintf(int id, ...);
-// FormatV into a new string.
+// FormatV into a new string; empty when `fmt` is unreadable.
 QELKIT_API CQELString CQELSprintf(const char* fmt, ...);

@@ -55,6 +55,8 @@ unsigned char Converted(unsigned char c, const KnownBytes& known, Runtime runtim
 // goes. It is made anew each time: the next call may find another locale.
 constexpr int kTablePays = 256;
 
+// Quirk: the text changes under every string that shares it; there is no copy-on-write.
+// Pinned by Editing.InPlaceOperationsChangeEveryCopyAndTheOthersNone.
 template <typename Runtime>
 void ConvertBytes(StringBody* body, const KnownBytes& known, Runtime runtime) {
     if (!body) return;
@@ -108,10 +110,10 @@ void ConvertCodePage(StringBody*& slot, ConvertBuffer convert) {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-bool IsHexDigit(char c) {
-    return IsDigit(c) || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
-}
+bool IsHexDigit(char c) { return IsDigit(c) || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f'); }
 
+// Quirk: an empty text has no byte that is wrong, and counts as digits: optional numeric fields are
+// checked with it. Pinned by Digits.AreAllOrNothing.
 template <typename Is>
 int Every(std::string_view text, Is is) {
     return std::all_of(text.begin(), text.end(), is) ? 1 : 0;

@@ -96,8 +96,10 @@ std::size_t BeforeTrailingRun(std::string_view text, Belong belong) {
     return end;
 }
 
-// Cuts the shared text itself down to its bytes [start, start + length). A string that owns
-// nothing but an empty text afterwards lets go of it.
+// Cuts the text down to its bytes [start, start + length). A string that would own nothing but an
+// empty text lets go of it.
+// Quirk: the text changes under every string that shares it; there is no copy-on-write.
+// Pinned by Editing.InPlaceOperationsChangeEveryCopyAndTheOthersNone.
 void CutInPlace(StringBody*& slot, std::size_t start, std::size_t length) {
     char* const text = slot->text_;
     std::memmove(text, text + start, length);
@@ -153,9 +155,9 @@ std::string_view StrippedSpan(std::string_view text, int flags) {
         SkipLeading(span, " \"");
         DropTrailing(span, " \"");
     }
-    // Quirk: the next two look at the last character of the text as it was, not of the span, so
-    // that "a/  " with its blanks stripped keeps its slash and "a\n" may lose two characters.
-    // Callers rely on the combinations. Pinned by Strip.LooksAtTheEndOfTheUnstrippedText.
+    // Quirk: the next two look at the last character of the text as it was, not of the span: "a/  "
+    // keeps its slash when its trailing blanks go. Names and stored values have always been
+    // compared in this form. Pinned by Strip.LooksAtTheEndOfTheUnstrippedText.
     if ((flags & CQELString::kStripSlash) && kit::IsSlash(text.back())) DropLast(span);
     if ((flags & CQELString::kStripLineFeed) && text.back() == '\n') DropLast(span);
     if (flags & CQELString::kStripLineEnds) DropTrailing(span, "\r\n");

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "platform/multibyte.h"
-#include "text/c_text.h"
+#include "platform/windows.h"
 #include "text/detail/format_estimate.h"
 #include "text/detail/format_input.h"
 #include "text/detail/format_runtime.h"
@@ -14,7 +14,9 @@
 
 namespace {
 
-bool IsReadable(const char* format) { return QELIsValidString(format, -1) != 0; }
+// Answers as QELIsValidString does for a text of any length, but by reading it, which the formatter
+// is about to do anyway: asking for the state of its pages takes longer than formatting.
+bool IsReadable(const char* format) { return !::IsBadStringPtrA(format, UINTPTR_MAX); }
 
 std::size_t OneByte(const char*) { return 1; }
 

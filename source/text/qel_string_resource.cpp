@@ -43,6 +43,8 @@ kit::Module OpenModule(const std::string& path) {
 }  // namespace
 
 CQELString& CQELString::LoadStringA(int id, HINSTANCE module) {
+    // The system would look up the low 16 bits of any other number, and show some unrelated text.
+    if (id < 0 || id > 0xFFFF) return *this = "";
     const auto load = [=](char* buffer, std::size_t size) -> std::size_t {
         const int length =
             ::LoadStringA(module, static_cast<UINT>(id), buffer, static_cast<int>(size));
@@ -62,4 +64,6 @@ CQELString& CQELString::LoadStringA(int id, const char* module) {
     return *this;
 }
 
-CQELString& CQELString::LoadQelkitString(int status) { return LoadStringA(status, kOwnName.data()); }
+CQELString& CQELString::LoadQelkitString(int status) {
+    return LoadStringA(status, kOwnName.data());
+}

@@ -62,11 +62,14 @@ TEST(SystemError, ErrnoOfWin32CodesIsThatOfTheCRuntime) {
 TEST(CharacterLength, TakesALeadByteWithItsTrailByteOnly) {
     const int before = _getmbcp();
     EXPECT_EQ(1u, kit::CharacterLength("\x81\x40"));  // no lead bytes in 1251
+    EXPECT_FALSE(kit::HasDoubleByteCharacters());
     ASSERT_EQ(0, _setmbcp(932));
     EXPECT_EQ(2u, kit::CharacterLength("\x81\x40"));
     EXPECT_EQ(1u, kit::CharacterLength("\x81"));  // cut character: the terminator is no trail byte
     EXPECT_EQ(1u, kit::CharacterLength("a"));
+    EXPECT_TRUE(kit::HasDoubleByteCharacters());
     _setmbcp(before);
+    EXPECT_FALSE(kit::HasDoubleByteCharacters());
 }
 
 }  // namespace

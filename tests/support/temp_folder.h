@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <string>
 
-#include "platform/find_files.h"
+#include "platform/handles.h"
 #include "platform/windows.h"
 
 // A new empty folder that goes away with everything in it. Paths have no final backslash.
@@ -63,18 +63,28 @@ public:
     }
 
 private:
+    // With the system's own calls: the library's enumeration is private to the DLL.
     static void Remove(const std::string& folder) {
-        for (kit::FindFiles found((folder + "\\*").c_str()); found; found.Next()) {
-            const std::string entry = folder + "\\" + found.name();
-            SetFileAttributesA(entry.c_str(), FILE_ATTRIBUTE_NORMAL);
-            if (!found.IsFolder()) {
-                DeleteFileA(entry.c_str());
-            } else {
-                if (!found.IsLink()) Remove(entry);
-                RemoveDirectoryA(entry.c_str());
-            }
+        WIN32_FIND_DATAA entry;
+        kit::FindHandle find(FindFirstFileA((folder + "\\*").c_str(), &entry));
+        for (bool found = static_cast<bool>(find); found;
+             found = FindNextFileA(find.get(), &entry) != FALSE) {
+            const std::string name = entry.cFileName;
+            if (name != "." && name != "..") RemoveEntry(folder + "\\" + name, entry);
         }
+        find.Reset();
         RemoveDirectoryA(folder.c_str());
+    }
+    // A link to a folder goes; what it leads to stays.
+    static void RemoveEntry(const std::string& path, const WIN32_FIND_DATAA& entry) {
+        SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+        if (!(entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) {
+            DeleteFileA(path.c_str());
+        } else if (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) {
+            RemoveDirectoryA(path.c_str());
+        } else {
+            Remove(path);
+        }
     }
 
     std::string path_;

@@ -52,9 +52,8 @@ const TypeRow& FindType(char type) {
     return kOtherType;
 }
 
-bool StartsWith(const char* text, const char* prefix) {
-    return std::strncmp(text, prefix, std::strlen(prefix)) == 0;
-}
+bool IsI64(const char* at) { return at[0] == 'I' && at[1] == '6' && at[2] == '4'; }
+bool IsI32(const char* at) { return at[0] == 'I' && at[1] == '3' && at[2] == '2'; }
 
 // Steps over the sizes that the runtime knows and the estimate does not: further ones behind the
 // first ("ll", "hh"), "w", "I32", "j", "t", "z", and "I" before an integer. Returns whether there
@@ -62,7 +61,7 @@ bool StartsWith(const char* text, const char* prefix) {
 bool SkipForeignSizes(const char*& at) {
     const char* const start = at;
     for (;;) {
-        if (StartsWith(at, "I64") || StartsWith(at, "I32")) {
+        if (IsI64(at) || IsI32(at)) {
             at += 3;
         } else if (IsOneOf(*at, "hlFLNwjtz") || (*at == 'I' && IsOneOf(at[1], "diouxX"))) {
             ++at;
@@ -157,7 +156,7 @@ private:
 
     // 'h' or 'l', which choose between narrow and wide; 0 for every other size.
     static char ReadSize(const char*& at) {
-        if (StartsWith(at, "I64")) {
+        if (IsI64(at)) {
             at += 3;
             return 0;
         }

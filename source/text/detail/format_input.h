@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 // What the walks through a format have in common. Their rules differ on purpose and stay apart.
 
@@ -31,8 +32,14 @@ private:
     const char* next_;
 };
 
-// Whether `c` is one of the characters of `set`; false for the terminator.
-inline bool IsOneOf(char c, const char* set) { return c != '\0' && std::strchr(set, c) != nullptr; }
+// Whether `c` is one of `set`. Written out, because the sets are short and this runs several times
+// for every conversion.
+inline bool IsOneOf(char c, std::string_view set) {
+    for (const char each : set) {
+        if (each == c) return true;
+    }
+    return false;
+}
 
 // Steps over the decimal digits at `text` and returns their value, at most UINT32_MAX; 0 for none.
 inline std::uint32_t ReadDigits(const char*& text) {

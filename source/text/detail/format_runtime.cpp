@@ -8,20 +8,14 @@
 namespace kit {
 namespace {
 
-// `value` has the type that the conversion reads: a double travels in another register.
+// `value` has the type that the conversion reads: a double travels in another register. Returns a
+// negative number when the formatter had to cut the text, or gave up.
 template <typename Value>
-void Print(const Conversion& c, char* out, Value value) {
-    switch (c.star_count) {
-        case 0:
-            ::_snprintf(out, Conversion::kLongest, c.spec, value);
-            return;
-        case 1:
-            ::_snprintf(out, Conversion::kLongest, c.spec, c.stars[0], value);
-            return;
-        default:
-            ::_snprintf(out, Conversion::kLongest, c.spec, c.stars[0], c.stars[1], value);
-            return;
-    }
+int Print(const Conversion& c, char* out, Value value) {
+    constexpr std::size_t kRoom = Conversion::kLongest;
+    if (c.star_count == 0) return ::_snprintf(out, kRoom, c.spec, value);
+    if (c.star_count == 1) return ::_snprintf(out, kRoom, c.spec, c.stars[0], value);
+    return ::_snprintf(out, kRoom, c.spec, c.stars[0], c.stars[1], value);
 }
 
 template <typename T>
@@ -30,6 +24,12 @@ T SlotAs(std::uint64_t slot) {
     T value;
     std::memcpy(&value, &slot, sizeof value);
     return value;
+}
+
+int PrintSlot(const Conversion& c, char* out) {
+    if (c.value == Conversion::kDouble) return Print(c, out, SlotAs<double>(c.slot));
+    if (c.value == Conversion::kPointer) return Print(c, out, SlotAs<void*>(c.slot));
+    return Print(c, out, c.slot);
 }
 
 }  // namespace
@@ -61,20 +61,13 @@ std::uint64_t FixedLength(std::uint32_t width, std::uint32_t precision, double v
     return length > 0 ? static_cast<std::uint64_t>(length) : 0;
 }
 
-void PrintByRuntime(const Conversion& conversion, char out[Conversion::kLongest + 1]) {
-    // The formatter leaves a text that it had to cut, or gave up, without a terminator.
+std::size_t PrintByRuntime(const Conversion& conversion, char out[Conversion::kLongest + 1]) {
+    const int length = PrintSlot(conversion, out);
+    if (length >= 0) return ::strnlen(out, static_cast<std::size_t>(length));
+    // How far the formatter came it tells only by what it wrote, without a terminator.
     std::memset(out, 0, Conversion::kLongest + 1);
-    switch (conversion.value) {
-        case Conversion::kInteger:
-            Print(conversion, out, conversion.slot);
-            return;
-        case Conversion::kDouble:
-            Print(conversion, out, SlotAs<double>(conversion.slot));
-            return;
-        case Conversion::kPointer:
-            Print(conversion, out, SlotAs<void*>(conversion.slot));
-            return;
-    }
+    PrintSlot(conversion, out);
+    return std::strlen(out);
 }
 
 }  // namespace kit

@@ -25,6 +25,6 @@ bool FormatBounded(char* out, std::uint32_t longest, const char* format, va_list
 std::uint64_t FixedLength(std::uint32_t width, std::uint32_t precision, double value);
 
 // The PrintConversion of WalkFormat. What the formatter had written before an error stays.
-void PrintByRuntime(const Conversion& conversion, char out[Conversion::kLongest + 1]);
+std::size_t PrintByRuntime(const Conversion& conversion, char out[Conversion::kLongest + 1]);
 
 }  // namespace kit

@@ -19,12 +19,13 @@ public:
     Walker(ArgumentCursor arguments, PrintConversion print, WorkText& out)
         : arguments_(arguments), print_(print), out_(out) {}
 
-    // Changes `at` for the time of a conversion and back.
-    void Walk(char* at) {
+    // Walks a terminated format; changes it for the time of a conversion and back.
+    void Walk(char* at, char* const end) {
         for (;;) {
-            char* const start = at + std::strcspn(at, "%");
-            out_.Append({at, static_cast<std::size_t>(start - at)});
-            if (*start == '\0') return;
+            const std::size_t rest = static_cast<std::size_t>(end - at);
+            char* const start = static_cast<char*>(std::memchr(at, '%', rest));
+            out_.Append({at, start ? static_cast<std::size_t>(start - at) : rest});
+            if (!start) return;
             if (start[1] == '%') {
                 out_.Append("%");
                 at = start + 2;
@@ -129,12 +130,12 @@ private:
         call_.spec = start;
         call_.value = ValueOf(*type);
         call_.slot = arguments_.Take<std::uint64_t>();
-        char printed[Conversion::kLongest + 1];
+        char* const printed = out_.Extend(Conversion::kLongest + 1);
         const char behind = type[1];
         type[1] = '\0';
-        print_(call_, printed);
+        const std::size_t length = print_(call_, printed);
         type[1] = behind;
-        out_.Append(printed);
+        out_.DropLast(Conversion::kLongest + 1 - length);
     }
 
     ArgumentCursor arguments_;
@@ -153,7 +154,8 @@ private:
 void WalkFormat(const char* format, ArgumentCursor arguments, PrintConversion print,
                 WorkText& out) {
     WorkText copy{std::string_view(format)};
-    Walker(arguments, print, out).Walk(copy.c_str());
+    char* const start = copy.c_str();
+    Walker(arguments, print, out).Walk(start, start + copy.text().size());
 }
 
 }  // namespace kit

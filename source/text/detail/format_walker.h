@@ -25,8 +25,10 @@ struct Conversion {
     std::uint64_t slot;  // the argument, as it stands in the list
 };
 
-// Writes the conversion, cut to kLongest characters, and a terminator to `out`.
-using PrintConversion = void (*)(const Conversion& conversion, char out[Conversion::kLongest + 1]);
+// Writes the conversion, up to its first zero character and at most kLongest, and returns its
+// length. `out` has room for a terminator more.
+using PrintConversion = std::size_t (*)(const Conversion& conversion,
+                                        char out[Conversion::kLongest + 1]);
 
 // Appends what a terminated `format` and its arguments make to `out`. Throws (char*)"MemoryError".
 void WalkFormat(const char* format, ArgumentCursor arguments, PrintConversion print, WorkText& out);

@@ -19,7 +19,8 @@ StringBody* NewBody(std::size_t length) {
 StringBody* NewBody(std::string_view text) { return NewBody(text, {}); }
 
 StringBody* NewBody(std::string_view head, std::string_view tail) {
-    // Each part is below 2^63 bytes, so that the sum does not wrap.
+    // The sum does not wrap: no two texts in memory are that long, and a length that a caller made
+    // up comes alone.
     if (head.size() + tail.size() == 0) return nullptr;
     StringBody* const body = NewBody(head.size() + tail.size());
     if (!body) return nullptr;

@@ -23,7 +23,9 @@ inline std::string_view TextOf(const StringBody* body) {
 }
 
 // A C string, with null as "".
-inline std::string_view TextOf(const char* s) { return s ? std::string_view(s) : std::string_view(""); }
+inline std::string_view TextOf(const char* s) {
+    return s ? std::string_view(s) : std::string_view("");
+}
 
 // A body of `length` bytes, terminated, whose text is still to be written. Null when the length is
 // beyond kLongestText or memory runs out; never throws.

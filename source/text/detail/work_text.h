@@ -27,6 +27,14 @@ public:
     }
     void Append(std::size_t count, char fill) { std::memset(Extend(count), fill, count); }
 
+    // Makes the text `count` characters longer and returns where they are to be written.
+    char* Extend(std::size_t count) {
+        char* const end = Reserve(length_ + count) + length_;
+        length_ += count;
+        return end;
+    }
+    void DropLast(std::size_t count) { length_ -= count; }
+
     std::string_view text() const { return {data(), length_}; }
     char* c_str() {
         Reserve(length_ + 1)[length_] = '\0';
@@ -42,12 +50,6 @@ private:
 
     char* data() { return heap_ ? heap_.get() : local_; }
     const char* data() const { return heap_ ? heap_.get() : local_; }
-
-    char* Extend(std::size_t count) {
-        char* const end = Reserve(length_ + count) + length_;
-        length_ += count;
-        return end;
-    }
 
     void Grow(std::size_t size) {
         const std::size_t room = size > room_ * 2 ? size : room_ * 2;
