@@ -136,11 +136,12 @@ TEST(BlockSearch, GoesStringByStringWithinTheBlock) {
         const char* needle;
         int size, place;
     } cases[] = {
-        {"one", 14, 0},   {"two", 14, 4},    {"ree", 14, 10},  {"three", 14, 8}, {"four", 14, -1},
-        {"wo", 7, 5},     {"wo", 6, -1},     // ends just within, just outside
-        {"three", 13, 8}, {"three", 12, -1}, {"one", 3, 0},    {"one", 2, -1},   {"ne", 2, -1},
-        {"two", 0, -1},   {"ne", 0, 1},      // 0: the first string only
-        {"e", 14, 2},     {"", 14, 0},       {"", 0, 0},       {"one", -1, -1},  {"one", INT_MIN, -1},
+        {"one", 14, 0},       {"two", 14, 4},    {"ree", 14, 10}, {"three", 14, 8},
+        {"four", 14, -1},     {"wo", 7, 5},      {"wo", 6, -1},  // ends just within, just outside
+        {"three", 13, 8},     {"three", 12, -1}, {"one", 3, 0},   {"one", 2, -1},
+        {"ne", 2, -1},        {"two", 0, -1},    {"ne", 0, 1},  // 0: the first string only
+        {"e", 14, 2},         {"", 14, 0},       {"", 0, 0},      {"one", -1, -1},
+        {"one", INT_MIN, -1},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << '"' << c.needle << "\" in " << c.size);
@@ -184,12 +185,8 @@ TEST(Slashes, AreAddedAndCutOnce) {
     const struct {
         const char *text, *checked, *cut;
     } cases[] = {
-        {"C:", "C:\\", "C:"},
-        {"C:\\", "C:\\", "C:"},
-        {"C:\\\\", "C:\\\\", "C:\\"},
-        {"dir/", "dir/\\", "dir/"},
-        {"", "\\", ""},
-        {"\\", "\\", ""},
+        {"C:", "C:\\", "C:"},       {"C:\\", "C:\\", "C:"}, {"C:\\\\", "C:\\\\", "C:\\"},
+        {"dir/", "dir/\\", "dir/"}, {"", "\\", ""},         {"\\", "\\", ""},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text);

@@ -108,7 +108,7 @@ private:
     // Up to the first "=", or the end.
     bool TakeData() {
         for (;;) {
-            if (places_ == 0) DecodeBase64Groups(at_, end_, out_);
+            if (places_ == 0) TakeWholeGroups();
             if (at_ == end_ || *at_ == static_cast<Char>('=')) return true;
             const std::uint8_t value = Base64Value(*at_);
             if (value != kNoBase64Value) {
@@ -118,6 +118,16 @@ private:
             }
             ++at_;
         }
+    }
+
+    void TakeWholeGroups() {
+        DecodeBase64Groups(at_, end_, out_);
+#ifdef QELKIT_SSSE3
+        // The flags that allow white space to be skipped.
+        if (!kHasSsse3 || (flags_ & (kBase64AllowWhiteSpace | kBase64IgnoreGarbage)) == 0) return;
+        if (end_ - at_ < kBase64Block) return;
+        for (const std::uint8_t value : DecodeBrokenBase64Blocks(at_, end_, out_)) TakeValue(value);
+#endif
     }
 
     void TakeValue(std::uint8_t value) {

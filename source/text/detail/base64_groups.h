@@ -29,9 +29,12 @@ inline void StoreBase64Group(std::uint32_t bits, unsigned char* to) {
 template <typename Char>
 Char* EncodeBase64Groups(const unsigned char* from, std::size_t size, std::size_t readable,
                          Char* to) {
-#ifdef QELKIT_SSE2
-    for (; size >= 12 && readable > 12; from += 12, to += 16, size -= 12, readable -= 12) {
-        StoreBase64Block(EncodeBase64Block(from), to);
+#ifdef QELKIT_SSSE3
+    if (kHasSsse3) {
+        const std::size_t done = EncodeBase64Blocks(from, size, readable, to);
+        from += done;
+        to += done / 3 * 4;
+        size -= done;
     }
 #endif
     for (; size >= 3; from += 3, to += 4, size -= 3) {
@@ -49,8 +52,8 @@ Char* EncodeBase64Groups(const unsigned char* from, std::size_t size, std::size_
 // fewer than four characters are left then, or one of the next four has none.
 template <typename Char>
 void DecodeBase64Groups(const Char*& from, const Char* end, unsigned char*& to) {
-#ifdef QELKIT_SSE2
-    for (; end - from >= 16 && DecodeBase64Block(LoadBase64Block(from), to); from += 16) to += 12;
+#ifdef QELKIT_SSSE3
+    if (kHasSsse3) DecodeBase64Blocks(from, end, to);
 #endif
     for (; end - from >= 4; from += 4, to += 3) {
         const std::uint8_t values[] = {Base64Value(from[0]), Base64Value(from[1]),
