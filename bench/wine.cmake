@@ -1,4 +1,5 @@
 # The benchmarks that need the platform, one a line.
+qelkit_wine_bench(config)
 qelkit_wine_bench(format)
 qelkit_wine_bench(record_file)
 qelkit_wine_bench(string)

@@ -162,7 +162,7 @@ private:
     char keyPath[256];
 };
 
-inline CQelReg::AccessMode operator|(CQelReg::AccessMode a, CQelReg::AccessMode b) {
+constexpr CQelReg::AccessMode operator|(CQelReg::AccessMode a, CQelReg::AccessMode b) {
     return static_cast<CQelReg::AccessMode>(static_cast<int>(a) | static_cast<int>(b));
 }
 

@@ -20,12 +20,6 @@ using Names = std::list<CQELString>;
 using Items = std::list<CConfigFileKeyListItem>;
 using Sections = std::list<CConfigFileSectionListItem>;
 
-std::string Joined(const Names& names) {
-    std::string text;
-    for (const auto& name : names) text += std::string(name) + "|";
-    return text;
-}
-
 class ConfigFile : public testing::Test {
 protected:
     // A file object over these bytes.
@@ -37,6 +31,7 @@ protected:
     CQELString value_{"before"};
     Names names_;
     Items items_;
+    Sections sections_;
 };
 
 TEST_F(ConfigFile, TellsMissingFromEmpty) {
@@ -46,8 +41,10 @@ TEST_F(ConfigFile, TellsMissingFromEmpty) {
         bool result;
         const char* value;
     } cases[] = {
-        {"S", "FULL", true, "text"},     {"s", "none", true, ""},
-        {"none", "full", true, ""},      {"s", "literal", true, ""},
+        {"S", "FULL", true, "text"},  // the first of two, in any case
+        {"s", "none", true, ""},      //
+        {"none", "full", true, ""},   //
+        {"s", "literal", true, ""},   //
         {"s", "empty", false, "before"}, {"s", nullptr, false, "before"},
     };
     for (const auto& c : cases) {
@@ -57,27 +54,16 @@ TEST_F(ConfigFile, TellsMissingFromEmpty) {
     }
 }
 
-TEST_F(ConfigFile, IsThereFromTheFirstWriteOn) {
-    const std::string path = folder_ / "new.ini";
-    CQELConfigInfoFile file(path.c_str(), false, 7);
-    EXPECT_FALSE(file.IsFileExist());
-    EXPECT_FALSE(file.GetProfileStringA("s", "k", &value_));
-    EXPECT_TRUE(file.PutProfileString(kSection.data(), kKey.data(), kValue.data()));
-    EXPECT_TRUE(file.IsFileExist());
-    EXPECT_TRUE(file.GetProfileStringA(kSection.data(), kKey.data(), &value_));
-    EXPECT_STREQ(kValue.data(), value_);
-    EXPECT_FALSE(CQELConfigInfoFile((folder_ / "no\\a.ini").c_str(), false, 0)
-                     .PutProfileString("s", "k", "v"));
-}
-
-TEST_F(ConfigFile, FindsABareNameInTheCurrentFolder) {
+TEST_F(ConfigFile, ABareNameIsInTheCurrentFolderFromTheFirstWriteOn) {
     char before[MAX_PATH];
     GetCurrentDirectoryA(sizeof before, before);
     ASSERT_TRUE(SetCurrentDirectoryA(folder_.path().c_str()));
-    CQELConfigInfoFile file("bare.ini", false, 0);
+    CQELConfigInfoFile file("bare.ini", false, 7);
+    EXPECT_FALSE(file.IsFileExist() || file.GetProfileStringA("s", "k", &value_));
     EXPECT_TRUE(file.PutProfileString("s", "k", "v"));
-    EXPECT_TRUE(file.GetProfileStringA("s", "k", &value_));
+    EXPECT_TRUE(file.IsFileExist() && file.GetProfileStringA("s", "k", &value_));
     EXPECT_STREQ("v", value_);
+    EXPECT_FALSE(CQELConfigInfoFile("no\\a.ini", false, 0).PutProfileString("s", "k", "v"));
     EXPECT_TRUE(SetCurrentDirectoryA(before));
     EXPECT_EQ("[s]\r\nk=v\r\n", folder_.Read("bare.ini"));
 }
@@ -87,10 +73,7 @@ TEST_F(ConfigFile, RefusesTextsThatWouldForgeEntries) {
     EXPECT_FALSE(file.PutProfileString("s", "k", "v\nforged=1"));
     EXPECT_FALSE(file.PutProfileString("s", "k\rforged", "1"));
     EXPECT_FALSE(file.PutProfileString("s]\n[forged", "k", "1"));
-    EXPECT_FALSE(file.PutProfileString(nullptr, "k", "1"));
     EXPECT_EQ("[s]\r\nk=v\r\n", folder_.Read("a.ini"));
-    EXPECT_TRUE(file.PutProfileString("s", "k", nullptr)) << "removes the key";
-    EXPECT_EQ("[s]\r\n", folder_.Read("a.ini"));
 }
 
 TEST_F(ConfigFile, CutsValuesAndNamesToItsBuffers) {
@@ -101,44 +84,39 @@ TEST_F(ConfigFile, CutsValuesAndNamesToItsBuffers) {
         EXPECT_TRUE(file.GetProfileStringA(name.c_str(), "k", &value_));
         EXPECT_EQ(length < 4093 ? length : 4093, std::string(value_).size());
         EXPECT_TRUE(file.GetSectionNameList(&names_));
-        EXPECT_EQ(name.substr(0, 254) + "|", Joined(names_));
+        EXPECT_EQ(Names{name.substr(0, 254).c_str()}, names_);
         EXPECT_TRUE(file.GetKeyNameList(name.c_str(), &names_));
-        EXPECT_EQ("k|" + name.substr(0, 254) + "|", Joined(names_));
+        EXPECT_EQ((Names{"k", name.substr(0, 254).c_str()}), names_);
     }
 }
 
 TEST_F(ConfigFile, ListsNamesInTheOrderOfTheFile) {
-    auto file = Holding("[b]\r\ny=1\r\nx=2\r\ny=3\r\n[a]\r\n");
-    EXPECT_TRUE(file.GetSectionNameList(&names_));
-    EXPECT_EQ("b|a|", Joined(names_));
-    EXPECT_TRUE(file.GetKeyNameList("b", &names_));
-    EXPECT_EQ("y|x|y|", Joined(names_));
-    EXPECT_TRUE(file.GetKeyNameList("none", &names_));
-    EXPECT_EQ("(Default)|", Joined(names_));
-
     std::string keys;
     for (int i = 1000; i < 3000; ++i) keys += "k" + std::to_string(i) + "=v\r\n";
-    auto large = Holding("[s]\r\n" + keys);
-    EXPECT_TRUE(large.GetKeyNameList("s", &names_));
+    auto file = Holding("[b]\r\ny=1\r\nx=2\r\ny=3\r\n[a]\r\n" + keys);
+    EXPECT_TRUE(file.GetSectionNameList(&names_));
+    EXPECT_EQ((Names{"b", "a"}), names_);
+    EXPECT_TRUE(file.GetKeyNameList("b", &names_));
+    EXPECT_EQ((Names{"y", "x", "y"}), names_);
+    EXPECT_TRUE(file.GetKeyNameList("none", &names_));
+    EXPECT_EQ(Names{"(Default)"}, names_);
+    EXPECT_TRUE(file.GetKeyNameList("a", &names_));
     EXPECT_EQ(682u, names_.size()) << "as many as 4092 bytes hold, 6 a name";
-    EXPECT_STREQ("k1681", Joined(names_).substr(681 * 6, 5).c_str());
+    EXPECT_STREQ("k1681", names_.back());
 }
 
 TEST_F(ConfigFile, SectionsComeBackAsTheyWereWritten) {
-    const Sections written = {{kSection.data(), {{kKey.data(), kValue.data()}, {"b", "2"}}},
-                              {"second", {{"c", "3"}}}};
     auto file = Holding("");
-    EXPECT_TRUE(file.PutAllSections(written));
-    Sections read;
-    EXPECT_TRUE(file.GetAllSections(&read));
+    EXPECT_TRUE(file.PutAllSections(
+        {{kSection.data(), {{kKey.data(), kValue.data()}, {"b", "2"}}}, {"second", {{"c", "3"}}}}));
+    EXPECT_TRUE(file.GetAllSections(&sections_));
     EXPECT_EQ(0, file.ReturnStatus());
-    ASSERT_EQ(2u, read.size());
-    EXPECT_STREQ(kSection.data(), read.front().name);
-    EXPECT_STREQ(kValue.data(), read.front().GetKeyValue(kKey.data()));
-    EXPECT_STREQ("2", read.front().GetKeyValue("b"));
-    EXPECT_STREQ("", read.front().GetKeyValue("B"));
-    EXPECT_STREQ("", read.front().GetKeyValue(nullptr));
-    EXPECT_STREQ("3", read.back().GetKeyValue("c"));
+    ASSERT_EQ(2u, sections_.size());
+    EXPECT_STREQ(kSection.data(), sections_.front().name);
+    EXPECT_STREQ(kValue.data(), sections_.front().GetKeyValue(kKey.data()));
+    EXPECT_STREQ("2", sections_.front().GetKeyValue("b"));
+    EXPECT_STREQ("", sections_.front().GetKeyValue("B"));
+    EXPECT_STREQ("3", sections_.back().GetKeyValue("c"));
     EXPECT_FALSE(file.PutAllSections({}) || file.PutSection("s", {}));
 }
 
@@ -149,14 +127,9 @@ TEST_F(ConfigFile, ListsSucceedAndRecordWhatFailed) {
     EXPECT_STREQ("v", items_.back().value);
     EXPECT_EQ(5, file.ReturnStatus());
     EXPECT_STREQ((folder_ / "a.ini").c_str(), file.ReturnErrMess());
-
-    HeldFile held(folder_ / "a.ini");
+    const HeldFile held(folder_ / "a.ini");
     EXPECT_TRUE(file.PutSection("s", {{"k", "w"}}));
-    XQELStatus status;
-    file.ReturnStatus(&status);
-    EXPECT_EQ(6, status.Status());
-    file.ReturnErrMess(&value_);
-    EXPECT_STREQ((folder_ / "a.ini").c_str(), value_);
+    EXPECT_EQ(6, file.ReturnStatus());
 }
 
 // A file that refuses every single value, and may throw.
@@ -170,24 +143,19 @@ public:
 };
 
 TEST_F(ConfigFile, ThrowsOnlyWhenASubclassSaysSo) {
-    Sections sections;
     Refusing quiet(false), loud(true);
-    EXPECT_TRUE(quiet.GetAllSections(&sections)) << "though made with true";
+    EXPECT_TRUE(quiet.GetAllSections(&sections_)) << "though made with true";
     EXPECT_EQ(5, quiet.ReturnStatus());
-    EXPECT_TRUE(quiet.PutAllSections(sections));
+    EXPECT_TRUE(quiet.PutAllSections(sections_));
     EXPECT_EQ(6, quiet.ReturnStatus());
-    EXPECT_THROW(loud.GetAllSections(&sections), XQELStatus);
+    EXPECT_THROW(loud.GetAllSections(&sections_), XQELStatus);
     EXPECT_EQ(5, loud.ReturnStatus());
-    EXPECT_THROW(loud.PutSection("s", {{"k", "v"}}), XQELStatus);
 }
 
-int flushes;
 bool flush_result;
 
-BOOL WINAPI WriteAndCountFlushes(const char* section, const char*, const char*, const char*) {
-    if (section) return TRUE;
-    ++flushes;
-    return flush_result;
+BOOL WINAPI WriteOrFlush(const char* section, const char*, const char*, const char*) {
+    return section ? TRUE : flush_result;
 }
 
 BOOL WINAPI LegacyVersion(OSVERSIONINFOA* version) {
@@ -197,7 +165,7 @@ BOOL WINAPI LegacyVersion(OSVERSIONINFOA* version) {
 
 TEST_F(ConfigFile, LegacySystemsAreAskedToWriteTheFile) {
     const ImportPatch version(kLibrary, "GetVersionExA", LegacyVersion);
-    const ImportPatch write(kLibrary, "WritePrivateProfileStringA", WriteAndCountFlushes);
+    const ImportPatch write(kLibrary, "WritePrivateProfileStringA", WriteOrFlush);
     for (const bool result : {true, false}) {
         flush_result = result;
         CQELConfigInfoFile file((folder_ / "none.ini").c_str(), false, 0);
@@ -205,36 +173,30 @@ TEST_F(ConfigFile, LegacySystemsAreAskedToWriteTheFile) {
         EXPECT_EQ(result, file.IsFileExist());
     }
     EXPECT_TRUE(Holding("").PutProfileString("s", "k", "v")) << "not flushed, but there";
-    EXPECT_EQ(3, flushes);
 }
 
 // Binary callers go by the places in the table, in which this compiler gives destructors two.
 TEST_F(ConfigFile, KeepsTheOrderOfItsVirtualFunctions) {
-    auto file = Holding("[s]\r\nk=v\r\n");
+    auto file = Holding("[s]\r\nempty=\r\nk=v\r\n");
+    file.GetSection("s", &items_);  // records 5
     const std::uintptr_t* table;
     std::memcpy(&table, static_cast<const void*>(&file), sizeof table);
     const auto call = [&](int place, auto... arguments) {
         return reinterpret_cast<std::uintptr_t (*)(void*, decltype(arguments)...)>(table[place])(
             &file, arguments...);
     };
-    XQELStatus status(3, false);
+    const auto ok = [&](int place, auto... arguments) { return call(place, arguments...) & 0xFF; };
+    XQELStatus status;
     call(2, &status);
-    EXPECT_EQ(0, status.Status());
-    EXPECT_EQ(0, static_cast<int>(call(3)));
+    EXPECT_EQ(5, status.Status());
+    EXPECT_EQ(5, static_cast<int>(call(3)));
     call(4, &value_);
-    EXPECT_STREQ("", value_);
-    EXPECT_STREQ("", reinterpret_cast<const char*>(call(5)));
-    EXPECT_TRUE(static_cast<bool>(call(6)));
-    EXPECT_TRUE(static_cast<bool>(call(7, "s", "k", &value_)));
-    EXPECT_TRUE(static_cast<bool>(call(8, "s", "k", "w")));
-    EXPECT_TRUE(static_cast<bool>(call(9, &names_)));
-    EXPECT_TRUE(static_cast<bool>(call(10, "s", &names_)));
-    EXPECT_TRUE(static_cast<bool>(call(11, "s", &items_)));
-    EXPECT_TRUE(static_cast<bool>(call(12, "s", &items_)));
-    Sections sections;
-    EXPECT_TRUE(static_cast<bool>(call(13, &sections)));
-    EXPECT_TRUE(static_cast<bool>(call(14, &sections)));
-    EXPECT_EQ("[s]\r\nk=w\r\n", folder_.Read("a.ini"));
+    EXPECT_STREQ((folder_ / "a.ini").c_str(), value_);
+    EXPECT_STREQ(value_, reinterpret_cast<const char*>(call(5)));
+    EXPECT_TRUE(ok(6) && ok(7, "s", "k", &value_) && ok(8, "s", "k", "w") && ok(9, &names_) &&
+                ok(10, "s", &names_) && ok(11, "s", &items_) && ok(12, "s", &items_));
+    EXPECT_TRUE(ok(13, &sections_) && ok(14, &sections_));
+    EXPECT_EQ("[s]\r\nempty=\r\nk=w\r\n", folder_.Read("a.ini"));
 }
 
 }  // namespace

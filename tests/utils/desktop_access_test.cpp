@@ -1,6 +1,5 @@
 #include "utils/desktop_access.h"
 
-#include <aclapi.h>
 #include <gtest/gtest.h>
 #include <sddl.h>
 
@@ -12,6 +11,8 @@
 #include "support/import_patch.h"
 #include "support/temp_folder.h"
 #include "utils/access_lists.h"
+#include "utils/security_attributes.h"
+#include "utils/session.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ BOOL WINAPI KernelSecurity(HANDLE object, SECURITY_INFORMATION* wanted, void* de
     return GetKernelObjectSecurity(object, *wanted, descriptor, size, needed);
 }
 
-BOOL WINAPI Version98(OSVERSIONINFOA* version) {
+BOOL WINAPI LegacyVersion(OSVERSIONINFOA* version) {
     version->dwPlatformId = 1;
     return TRUE;
 }
@@ -32,27 +33,19 @@ HLOCAL WINAPI NoSecondBlock(UINT flags, SIZE_T size) {
     return count++ == 0 ? LocalAlloc(flags, size) : nullptr;
 }
 
-std::string UserSid() {
-    HANDLE token;
-    OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token);
-    const kit::KernelHandle owner(token);
-    alignas(TOKEN_USER) BYTE user[256];
-    DWORD size;
-    GetTokenInformation(token, TokenUser, user, sizeof user, &size);
-    char* text;
-    ConvertSidToStringSidA(reinterpret_cast<TOKEN_USER*>(user)->User.Sid, &text);
-    const kit::LocalBlock text_owner(text);
-    return text;
-}
+const std::string kRule = "////////////////////////////////////////////////\r\n";
+const std::string kName = "_____Dump DACL for User Object (#), name: qelkit-test__________\r\n";
+const std::string kStart = "_____________________Start dumpACL____________________\r\n";
 
 class DesktopAccess : public testing::Test {
 protected:
     DesktopAccess() {
         GetCurrentDirectoryA(sizeof before_, before_);
         SetCurrentDirectoryA(folder_.path().c_str());
-        HANDLE token;
-        OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token);
-        token_.Reset(token);
+        OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, token_.Receive());
+        CQELString sid;
+        QELUtils::GetProcessUserSID(GetCurrentProcessId(), sid, nullptr);
+        user_ = std::string(sid) + ")";
     }
     ~DesktopAccess() override {
         CloseDesktop(desktop_);
@@ -60,17 +53,17 @@ protected:
     }
 
     void SetList(const std::string& entries) {
-        void* descriptor;
-        ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorA(
-            ("D:" + entries).c_str(), SDDL_REVISION_1, &descriptor, nullptr));
+        void* descriptor = nullptr;
+        ConvertStringSecurityDescriptorToSecurityDescriptorA(("D:" + entries).c_str(),
+                                                             SDDL_REVISION_1, &descriptor, nullptr);
         const kit::LocalBlock owner(descriptor);
         ASSERT_TRUE(SetKernelObjectSecurity(desktop_, DACL_SECURITY_INFORMATION, descriptor));
     }
-    std::string List() const { return AccessList(desktop_); }
-    // The log, whose numbers of desktops are "#".
+    // What was logged since the last time; numbers of objects are "#".
     std::string Log() const {
-        return std::regex_replace(folder_.Read("qelkit2.log"), std::regex("\\([0-9A-F]{16}\\)"),
-                                  "(#)");
+        const std::string text = folder_.Read("qelkit2.log");
+        EXPECT_TRUE(DeleteFileA("qelkit2.log")) << "closed";
+        return std::regex_replace(text, std::regex("\\([0-9A-F]{16}\\)"), "(#)");
     }
     ulong32 Adjust(bool grant) {
         return QELUtils::AdjustDesktopDACL(token_.get(), desktop_, grant);
@@ -78,6 +71,7 @@ protected:
 
     TempFolder folder_;
     kit::KernelHandle token_;
+    std::string user_;  // and the bracket that ends an entry
     HDESK desktop_ = CreateDesktopA("qelkit-test", nullptr, nullptr, 0, GENERIC_ALL, nullptr);
     std::optional<ImportPatch> security_{std::in_place, kLibrary, "GetUserObjectSecurity",
                                          KernelSecurity};
@@ -86,64 +80,43 @@ private:
     char before_[MAX_PATH];
 };
 
-// 0xF01FF
-const std::string kFull = "(A;;CCDCLCSWRPWPDTLOCRSDRCWDWO;;;";
-
-const std::string kRule = "////////////////////////////////////////////////\r\n";
-const std::string kStart = "_____________________Start dumpACL____________________\r\n";
-const std::string kDone = "end with code 0\r\n";
-
 TEST_F(DesktopAccess, GrantsAndRevokes) {
-    const std::string user = UserSid();
-    const std::string others = "(D;;0x2;;;WD)(A;;0x8;;;WD)(A;;0x9;;;" + user + ")";
-    SetList("(A;;0x8;;;" + user + ")" + others + "(D;OI;0x8;;;" + user + ")");
-    const std::string before = List();
+    // What stays: entries of others, another mask, the full rights that granting gives (0xF01FF).
+    const std::string kept = "(D;;DC;;;WD)(A;;SW;;;WD)(A;;CCSW;;;" + user_;
+    const std::string full = "(A;;CCDCLCSWRPWPDTLOCRSDRCWDWO;;;" + user_;
+    const std::string first = "(A;;SW;;;" + user_, last = "(D;OI;SW;;;" + user_;
+    SetList(first + kept + last);
     EXPECT_EQ(0u, Adjust(true));
-    EXPECT_EQ(before + kFull + user + ")", List());
+    EXPECT_EQ(first + kept + last + full, AccessList(desktop_));
     EXPECT_EQ(0u, Adjust(false));
-    SetList(others + kFull + user + ")");
-    const std::string after = List();
-    SetList("(A;;0x8;;;" + user + ")" + others + "(D;OI;0x8;;;" + user + ")" + kFull + user + ")");
-    EXPECT_EQ(0u, Adjust(false));
-    EXPECT_EQ(after, List());
+    EXPECT_EQ(kept + full, AccessList(desktop_));
+    const std::string log = kRule + "sidNorvexUser = " + user_.substr(0, user_.size() - 1) +
+                            "\r\nDesktop (#) name: qelkit-test\r\nend with code 0\r\n";
+    EXPECT_EQ(log + log, Log());
     DWORD flags = 0;
-    EXPECT_TRUE(GetHandleInformation(desktop_, &flags));
-    EXPECT_TRUE(flags & HANDLE_FLAG_INHERIT);
-    const std::string log =
-        kRule + "sidNorvexUser = " + user + "\r\nDesktop (#) name: qelkit-test\r\n" + kDone;
-    EXPECT_EQ(log + log + log, Log());
+    EXPECT_TRUE(GetHandleInformation(desktop_, &flags) && (flags & HANDLE_FLAG_INHERIT));
 }
 
-TEST_F(DesktopAccess, DumpsEveryEntry) {
-    SetList("(A;OICI;GA;;;WD)(D;NPIO;0x1f;;;S-1-5-21-1-2-3-4)");
-    folder_.Write("own", "");
-    FILE* own = std::fopen("own", "wb");
+TEST_F(DesktopAccess, DumpsToTheCallersStreamOrTheLog) {
+    SetList("(A;OICI;GA;;;WD)");
+    FILE* own = std::fopen("qelkit2.log", "wt");
     EXPECT_EQ(0u, QELUtils::DumpUserObjectDACL(desktop_, own));
     std::fclose(own);
-    const std::string text =
-        std::regex_replace(folder_.Read("own"), std::regex("\\([0-9A-F]{16}\\)"), "(#)");
-    EXPECT_EQ(
-        "_____Dump DACL for User Object (#), name: qelkit-test__________\n"
-        "_____________________Start dumpACL____________________\n"
-        "ACE #0\n  ACE Type = ACCESS_ALLOWED_ACE_TYPE\n  ACE Flags = \n"
-        "  \tOBJECT_INHERIT_ACE\n  \tCONTAINER_INHERIT_ACE\n  ACE Mask = 10000000\n"
-        "  ACE SID = S-1-1-0 (Everyone)\n"
-        "ACE #1\n  ACE Type = ACCESS_DENIED_ACE_TYPE\n  ACE Flags = \n"
-        "  \tNO_PROPAGATE_INHERIT_ACE\n  \tINHERIT_ONLY_ACE\n  ACE Mask = 1F\n"
-        "  ACE SID = S-1-5-21-1-2-3-4 (Unknown)\n"
-        "end with code 0\nend with code 0\n",
-        text);
-    EXPECT_FALSE(folder_.Has("qelkit2.log"));
+    EXPECT_EQ(kName + kStart +
+                  "ACE #0\r\n  ACE Type = ACCESS_ALLOWED_ACE_TYPE\r\n  ACE Flags = \r\n"
+                  "  \tOBJECT_INHERIT_ACE\r\n  \tCONTAINER_INHERIT_ACE\r\n"
+                  "  ACE Mask = 10000000\r\n  ACE SID = S-1-1-0 (Everyone)\r\n"
+                  "end with code 0\r\nend with code 0\r\n",
+              Log());
 }
 
 TEST_F(DesktopAccess, NoListIsNoFailure) {
     security_.reset();
     EXPECT_EQ(0u, Adjust(true));
-    EXPECT_EQ("null", List());
+    EXPECT_EQ("null", AccessList(desktop_));
+    Log();
     EXPECT_EQ(0u, QELUtils::DumpUserObjectDACL(desktop_, nullptr));
-    const std::string dump =
-        "_____Dump DACL for User Object (#), name: qelkit-test__________\r\n" + kStart + kDone;
-    EXPECT_EQ(dump, Log().substr(Log().size() - dump.size()));
+    EXPECT_EQ(kName + kStart + "end with code 0\r\n", Log());
 }
 
 TEST_F(DesktopAccess, ReturnsWhatTheSystemRefuses) {
@@ -155,35 +128,46 @@ TEST_F(DesktopAccess, ReturnsWhatTheSystemRefuses) {
 
 TEST_F(DesktopAccess, ThrowsTwoNumbers) {
     SetList("(A;;GA;;;WD)");
-    const auto thrown = [](auto call) -> long {
+    const auto thrown = [&](bool grant) -> long {
         try {
-            call();
-            return 0;
+            return Adjust(grant) & 0;
         } catch (long number) {
             return number;
         }
     };
     {
         const ImportPatch memory(kLibrary, "LocalAlloc", NoSecondBlock);
-        EXPECT_EQ(static_cast<long>(0x8007000E),
-                  thrown([&] { QELUtils::DumpUserObjectDACL(desktop_, nullptr); }));
+        EXPECT_EQ(static_cast<long>(0x8007000E), thrown(true));
+        Log();
     }
-    const ImportPatch version(kLibrary, "GetVersionExA", Version98);
-    EXPECT_EQ(16385, thrown([&] { Adjust(true); }));
-    EXPECT_EQ(kRule, Log().substr(Log().size() - kRule.size()));
-    EXPECT_TRUE(DeleteFileA("qelkit2.log")) << "closed";
+    const ImportPatch version(kLibrary, "GetVersionExA", LegacyVersion);
+    EXPECT_EQ(16385, thrown(false));
+    EXPECT_EQ(kRule, Log());
+}
+
+int HeapBlocks() {
+    int count = 0;
+    PROCESS_HEAP_ENTRY entry{};
+    while (HeapWalk(GetProcessHeap(), &entry)) {
+        count += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0;
+    }
+    return count;
 }
 
 TEST_F(DesktopAccess, LosesNothing) {
-    SetList("(A;;GA;;;WD)");
+    constexpr int kWarmUp = 1000;  // until the system's heap has its pools
     DWORD handles = 0, later = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &handles);
-    for (int i = 0; i < 500; ++i) {
+    int blocks = 0;
+    for (int i = 0; i <= kWarmUp + 1000; ++i) {
+        SetList("(A;;SW;;;" + user_);
         Adjust(i % 2 == 0);
-        SetList("(A;;GA;;;WD)");
+        QELUtils::CNullDaclSA null_list;
+        QELUtils::CWorldDaclSA world;
+        GetProcessHandleCount(GetCurrentProcess(), i <= kWarmUp ? &handles : &later);
+        if (i == kWarmUp) blocks = HeapBlocks();
     }
-    GetProcessHandleCount(GetCurrentProcess(), &later);
     EXPECT_EQ(handles, later);
+    EXPECT_NEAR(blocks, HeapBlocks(), 100);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 
 #include "support/import_patch.h"
@@ -11,6 +10,7 @@
 namespace {
 
 using QELUtils::CLibraryInfo;
+using Info = CLibraryInfo::DLLINFO;
 
 // The version resource of every file, as the library sees it, and how often it was read.
 std::string resource;
@@ -35,16 +35,16 @@ protected:
     }
 
     CLibraryInfo info_;
-    CQELString text_{"left from before"};
+    Info all_;
+    CQELString text_{"before"};
 
 private:
     const ImportPatch size_{kLibrary, "GetFileVersionInfoSizeA", ResourceSize};
     const ImportPatch bytes_{kLibrary, "GetFileVersionInfoA", ResourceBytes};
 };
 
-using Getter = bool (CLibraryInfo::*)(CQELString&);
 constexpr struct {
-    Getter get;
+    bool (CLibraryInfo::*get)(CQELString&);
     const char* text;
 } kGetters[] = {
     {&CLibraryInfo::GetCompanyName, "Company"},    {&CLibraryInfo::GetCopyRight, "Rights"},
@@ -64,49 +64,36 @@ TEST_F(ModuleVersion, TellsEveryText) {
     VerLanguageNameA(0x419, language, sizeof language);
     EXPECT_TRUE(info_.GetLanguage(text_));
     EXPECT_STREQ(language, text_);
-
-    CLibraryInfo::DLLINFO all;
-    ASSERT_TRUE(info_.GetDllInfo(all));
-    EXPECT_STREQ("some.dll", all.module_name);
-    EXPECT_STREQ("1.2.3.4", all.fixed_file_version);
-    EXPECT_STREQ("Dynamic link library", all.type);
-    EXPECT_STREQ("Win32 API on Windows NT", all.os);
-    EXPECT_STREQ("01D5ABCD 0000BEEF", all.file_date);
-    EXPECT_STREQ("Remarks", all.comments);
-
+    ASSERT_TRUE(info_.GetDllInfo(all_));
+    EXPECT_STREQ("some.dll 1.2.3.4 01D5ABCD 0000BEEF Remarks",
+                 all_.module_name + " " + all_.fixed_file_version + " " + all_.file_date + " " +
+                     all_.comments);
     unsigned short language_id = 0, code_page = 0;
     EXPECT_TRUE(info_.GetLanguageId(language_id) && info_.GetCharacterset(code_page));
-    EXPECT_EQ(0x419, language_id);
-    EXPECT_EQ(1251, code_page);
+    EXPECT_TRUE(language_id == 0x419 && code_page == 1251);
     EXPECT_EQ(0x00010002u, QELUtils::GetVersionInfo("some.dll"));
 }
 
 TEST_F(ModuleVersion, NamesTypeAndSystem) {
     const struct {
-        unsigned char type, subtype;
-        const char* text;
-    } types[] = {{0, 9, "Unknown type"},
-                 {1, 0, "Application"},
-                 {3, 0, "Unknown driver"},
-                 {3, 9, "Sound driver"},
-                 {3, 10, ""},
-                 {4, 3, "Truetype font"},
-                 {4, 4, ""},
-                 {5, 1, "Virtual device"},
-                 {6, 0, ""},
-                 {7, 0, "Static link library"}};
-    CLibraryInfo::DLLINFO all;
-    for (const auto& c : types) {
+        int type, subtype, os;  // the high half of the system's code
+        const char *type_text, *os_text;
+    } cases[] = {
+        {2, 9, 4, "Dynamic link library", "Windows NT"}, {3, 9, 1, "Sound driver", "MS-DOS"},
+        {3, 0, 0, "Unknown driver", "Unknown OS"},       {3, 10, 2, "", "16-bit OS/2"},
+        {4, 3, 3, "Truetype font", "32-bit OS/2"},       {4, 4, 9, "", ""},
+        {7, 0, 1, "Static link library", "MS-DOS"},      {6, 0, 1, "", "MS-DOS"},
+    };
+    for (const auto& c : cases) {
         std::string fixed = FixedRecord();
         fixed[36] = static_cast<char>(c.type);
         fixed[40] = static_cast<char>(c.subtype);
-        fixed[34] = static_cast<char>(c.type == 6 ? 9 : 1);  // the system: none, or MS-DOS
+        fixed.replace(32, 4, {0, 0, static_cast<char>(c.os), 0});
         resource = GoodResource(fixed);
-        info_.SetDllName(("module" + std::to_string(&c - types)).c_str());
-        ASSERT_TRUE(info_.GetDllInfo(all));
-        EXPECT_STREQ(c.text, all.type) << int{c.type} << "/" << int{c.subtype};
-        EXPECT_STREQ(c.type == 6 ? "" : "Win32 API running on MS-DOS", all.os);
-        EXPECT_STREQ("1.2.3.4", all.fixed_file_version);
+        info_.SetDllName(("module" + std::to_string(&c - cases)).c_str());
+        ASSERT_TRUE(info_.GetDllInfo(all_));
+        EXPECT_STREQ(c.type_text, all_.type) << c.type << "/" << c.subtype;
+        EXPECT_STREQ(c.os_text, all_.os);
     }
 }
 
@@ -118,68 +105,48 @@ TEST_F(ModuleVersion, ReadsOncePerName) {
     resource = Block("VS_VERSION_INFO", 52, 0, FixedRecord(),
                      {Folder("VarFileInfo", {Block("Translation", 4, 0, Le16(9) + Le16(77), {})})});
     info_.SetDllName("other.dll");
-    EXPECT_TRUE(info_.GetProductName(text_));
-    EXPECT_STREQ("", text_) << "nothing of the module before";
-    EXPECT_TRUE(info_.GetCharacterSet(text_));
-    EXPECT_STREQ("77", text_);
+    EXPECT_TRUE(info_.GetDllInfo(all_));
     EXPECT_EQ(2, reads);
+    EXPECT_STREQ("", all_.product_name) << "nothing of the module before";
+    EXPECT_STREQ("77", all_.character_set);
 }
 
 TEST_F(ModuleVersion, WithoutAnyPartThereIsNothing) {
-    std::string no_signature = FixedRecord();
-    no_signature[0] = 0;
-    const std::string cases[] = {
-        "", GoodResource(no_signature), GoodResource(FixedRecord().substr(4)),
-        Block("VS_VERSION_INFO", 52, 0, FixedRecord(), {}), GoodResource().substr(0, 100)};
-    for (const auto& bytes : cases) {
-        SCOPED_TRACE(&bytes - cases);
-        resource = bytes;
-        VS_FIXEDFILEINFO record;
-        EXPECT_FALSE(info_.GetDllInfo(record));
-        text_ = "left from before";
-        EXPECT_FALSE(info_.GetCompanyName(text_));
-        EXPECT_STREQ("", text_);
-        EXPECT_FALSE(QELUtils::GetCommentsString("some.dll", text_));
-        EXPECT_EQ(0u, QELUtils::GetVersionInfo("some.dll"));
-    }
-    info_.SetDllName(nullptr);
-    EXPECT_STREQ("", info_.GetDllName());
-    EXPECT_FALSE(info_.GetCompanyName(text_));
-}
-
-TEST_F(ModuleVersion, TellsCommentsAlone) {
-    ulong32 error = 1;
-    EXPECT_TRUE(QELUtils::GetCommentsStringOnly("some.dll", text_, error));
-    EXPECT_STREQ("Remarks", text_);
-    EXPECT_EQ(0u, error);
-    EXPECT_TRUE(QELUtils::GetCommentsString("some.dll", text_));
-    EXPECT_STREQ("Remarks", text_);
     const struct {
         std::string bytes;
-        ulong32 error;
-    } failures[] = {{"", 1812}, {Folder("VS_VERSION_INFO", {}), 1813}, {"damage", 1812}};
-    for (const auto& c : failures) {
+        ulong32 comments_error;
+    } cases[] = {
+        {"", 1812},
+        {GoodResource().substr(0, 100), 1812},
+        {Block("VS_VERSION_INFO", 52, 0, FixedRecord(), {}), 1813},
+        {GoodResource("\x1" + FixedRecord().substr(1)), 0},  // another signature
+        {GoodResource(FixedRecord().substr(4)), 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(&c - cases);
         resource = c.bytes;
-        EXPECT_FALSE(QELUtils::GetCommentsStringOnly("some.dll", text_, error));
+        VS_FIXEDFILEINFO record;
+        EXPECT_FALSE(info_.GetDllInfo(record) || info_.GetDllInfo(all_));
+        text_ = "before";
+        EXPECT_FALSE(info_.GetCompanyName(text_) || QELUtils::GetCommentsString("a", text_));
         EXPECT_STREQ("", text_);
-        EXPECT_EQ(c.error, error);
+        EXPECT_EQ(0u, QELUtils::GetVersionInfo("some.dll"));
+        ulong32 error = 1;
+        EXPECT_EQ(c.comments_error == 0, QELUtils::GetCommentsStringOnly("a", text_, error));
+        EXPECT_EQ(c.comments_error, error);
+        EXPECT_STREQ(error == 0 ? "Remarks" : "", text_);
     }
 }
 
 TEST(ModuleVersionOfFiles, ReadsTheLibraryItself) {
-    CLibraryInfo info;
-    char path[MAX_PATH];
-    GetModuleFileNameA(GetModuleHandleA(kLibrary), path, sizeof path);
-    info.SetDllName(path);
-    CQELString text;
-    EXPECT_TRUE(info.GetOrigFileName(text));
-    EXPECT_STREQ(kLibrary, text);
-    CLibraryInfo::DLLINFO all;
-    EXPECT_TRUE(info.GetDllInfo(all));
-    EXPECT_STREQ("Dynamic link library", all.type);
-    EXPECT_EQ(all.file_version, all.fixed_file_version);
-    info.SetDllName("C:\\no such module.dll");
-    EXPECT_FALSE(info.GetOrigFileName(text));
+    CLibraryInfo module;
+    Info info;
+    module.SetDllName(kLibrary);
+    EXPECT_TRUE(module.GetDllInfo(info));
+    EXPECT_STREQ(kLibrary, info.original_file_name);
+    EXPECT_EQ(info.file_version, info.fixed_file_version);
+    module.SetDllName(nullptr);
+    EXPECT_FALSE(module.GetDllInfo(info));
 }
 
 }  // namespace

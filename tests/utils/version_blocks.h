@@ -12,53 +12,49 @@ inline std::string Le16(std::size_t value) {
 inline std::string Utf16(const std::string& ascii) {
     std::string bytes;
     for (const char c : ascii) bytes += Le16(static_cast<unsigned char>(c));
-    return bytes;
-}
-
-inline std::string Padded(std::string bytes) {
-    bytes.resize((bytes.size() + 3) & ~std::size_t{3});
-    return bytes;
+    return bytes + Le16(0);
 }
 
 // One block. The value length is written as given, whatever the value is.
-inline std::string Block(const std::string& key, std::size_t value_length, int type,
+inline std::string Block(const std::string& key, std::size_t value_length, std::size_t type,
                          const std::string& value, std::initializer_list<std::string> children) {
-    std::string body = Padded("123456" + Utf16(key) + Le16(0)) + value;
-    for (const auto& child : children) body = Padded(body) + child;
-    return Le16(body.size()) + Le16(value_length) + Le16(static_cast<std::size_t>(type)) +
-           body.substr(6);
+    std::string body = "123456" + Utf16(key);
+    const auto append = [&](const std::string& part) {
+        body.resize((body.size() + 3) & ~std::size_t{3});
+        body += part;
+    };
+    append(value);
+    for (const auto& child : children) append(child);
+    return Le16(body.size()) + Le16(value_length) + Le16(type) + body.substr(6);
 }
 
 inline std::string Folder(const std::string& key, std::initializer_list<std::string> children) {
     return Block(key, 0, 1, "", children);
 }
 
-inline std::string TextBlock(const std::string& key, const std::string& text) {
-    return Block(key, text.size() + 1, 1, Utf16(text) + Le16(0), {});
+inline std::string Text(const std::string& key, const std::string& text) {
+    return Block(key, text.size() + 1, 1, Utf16(text), {});
 }
 
 // The fixed record: version 1.2.3.4, a DLL for Windows NT, a date; the rest is zero.
 inline std::string FixedRecord() {
-    const auto le32 = [](unsigned value) { return Le16(value & 0xFFFF) + Le16(value >> 16); };
     std::string record;
     for (const unsigned field : {0xFEEF04BDu, 0x10000u, 0x00010002u, 0x00030004u, 0u, 0u, 0u, 0u,
                                  0x40004u, 2u, 0u, 0x01D5ABCDu, 0x0000BEEFu}) {
-        record += le32(field);
+        record += Le16(field & 0xFFFF) + Le16(field >> 16);
     }
     return record;
 }
 
 // A good resource in Russian, code page 1251.
 inline std::string GoodResource(const std::string& fixed = FixedRecord()) {
-    return Block(
-        "VS_VERSION_INFO", fixed.size(), 0, fixed,
-        {Folder(
-             "StringFileInfo",
-             {Folder("041904E3",
-                     {TextBlock("CompanyName", "Company"), TextBlock("LegalCopyright", "Rights"),
-                      TextBlock("ProductName", "Product"), TextBlock("ProductVersion", "5.6"),
-                      TextBlock("OriginalFilename", "a.dll"),
-                      TextBlock("FileDescription", "What it is"), TextBlock("FileVersion", "one"),
-                      TextBlock("InternalName", "a"), TextBlock("Comments", "Remarks")})}),
-         Folder("VarFileInfo", {Block("Translation", 4, 0, Le16(0x419) + Le16(1251), {})})});
+    const auto texts =
+        Folder("041904E3", {Text("CompanyName", "Company"), Text("LegalCopyright", "Rights"),
+                            Text("ProductName", "Product"), Text("ProductVersion", "5.6"),
+                            Text("OriginalFilename", "a.dll"),
+                            Text("FileDescription", "What it is"), Text("FileVersion", "one"),
+                            Text("InternalName", "a"), Text("Comments", "Remarks")});
+    const auto translation = Block("Translation", 4, 0, Le16(0x419) + Le16(1251), {});
+    return Block("VS_VERSION_INFO", fixed.size(), 0, fixed,
+                 {Folder("StringFileInfo", {texts}), Folder("VarFileInfo", {translation})});
 }
