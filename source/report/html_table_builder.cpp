@@ -1,9 +1,8 @@
 #include "report/html_table_builder.h"
 
-#include <cstring>
+#include <cstddef>
 #include <exception>
 #include <string>
-#include <string_view>
 
 #include "platform/windows.h"
 
@@ -25,7 +24,7 @@ std::string CharacterSet() {
     return got > 0 ? std::string("; charset=windows-") + code_page : std::string();
 }
 
-std::string_view AlignAttribute(int align) {
+const char* AlignAttribute(int align) {
     constexpr int kRight = 1, kCentre = 2;
     switch (align & 15) {
         case kRight:
@@ -37,16 +36,19 @@ std::string_view AlignAttribute(int align) {
     }
 }
 
-// Joins the parts in `to`, terminated. Returns false when they have no room there.
+// Joins the parts in `to`, terminated. Returns false when they have no room there. Cells are short:
+// a plain loop is done before a call for the length of a part, and another for its copy, would be.
 template <std::size_t N, std::size_t kRoom>
-bool Join(const std::string_view (&parts)[N], char (&to)[kRoom]) {
-    std::size_t length = 0;
-    for (const std::string_view part : parts) {
-        if (part.size() >= kRoom - length) return false;
-        std::memcpy(to + length, part.data(), part.size());
-        length += part.size();
+bool Join(const char* const (&parts)[N], char (&to)[kRoom]) {
+    char* at = to;
+    char* const last = to + kRoom - 1;
+    for (const char* part : parts) {
+        for (; *part; ++part) {
+            if (at == last) return false;
+            *at++ = *part;
+        }
     }
-    to[length] = '\0';
+    *at = '\0';
     return true;
 }
 
@@ -79,15 +81,17 @@ void CQELHTMLTableBuilder::BeginRow() { Put("<tr>\n"); }
 void CQELHTMLTableBuilder::EndRow() { Put("</tr>\n"); }
 
 void CQELHTMLTableBuilder::AddCell(const char* text, int align) {
-    const std::string_view parts[] = {in_header_ ? "<th" : "<td", AlignAttribute(align), ">",
-                                      IsBlankString(text) ? kBlank : text,
-                                      in_header_ ? "</th>\n" : "</td>\n"};
+    const char* const parts[] = {in_header_ ? "<th" : "<td", AlignAttribute(align), ">",
+                                 IsBlankString(text) ? kBlank : text,
+                                 in_header_ ? "</th>\n" : "</td>\n"};
     // One call of the file takes longer than all of the joining.
     char cell[512];
     if (Join(parts, cell)) return Put(cell);
-    for (const std::string_view part : parts) Put(part.data());
+    for (const char* const part : parts) Put(part);
 }
 
 bool CQELHTMLTableBuilder::IsBlankString(const char* text) {
-    return !text || text[std::strspn(text, " \t")] == '\0';
+    if (!text) return true;
+    while (*text == ' ' || *text == '\t') ++text;
+    return *text == '\0';
 }

@@ -27,7 +27,6 @@ TEST(TmDateTime, CarriesWhatDoesNotFit) {
         const char* text;
     } cases[] = {
         {[](CDateTime& v) { v.Second(61); }, "29.02.2024 00:00:01.007"},
-        {[](CDateTime& v) { v.Minute(-1); }, "28.02.2024 22:59:59.007"},
         {[](CDateTime& v) { v.Minute(75); }, "29.02.2024 00:15:59.007"},
         {[](CDateTime& v) { v.Hour(24 * 366); }, "28.02.2025 00:59:59.007"},
         {[](CDateTime& v) { v.Day(30); }, "01.03.2024 23:59:59.007"},
@@ -40,7 +39,6 @@ TEST(TmDateTime, CarriesWhatDoesNotFit) {
         c.change(value);
         EXPECT_EQ(c.text, Text(value));
     }
-    EXPECT_STREQ("01/03/2024", CDate(2024, 2, 30, false).TextDate(2));
 }
 
 // Beyond 32 bits of seconds carrying stops, and the fields stay as they were given.
@@ -52,14 +50,11 @@ TEST(TmDateTime, KeepsFieldsThatItCannotCarry) {
         EXPECT_FALSE(value.IsValid()) << year;
         EXPECT_STREQ(year == 2040 ? "2040" : "1970", value.Format("%Y")) << year;
     }
-    CDate impossible(2040, 13, 45, false);
-    EXPECT_EQ(45, impossible.Day());
     EXPECT_STREQ("", CDateTime(2040, 13, 45, 0, 0, 0, 0, false).Format("%B"));
 }
 
 TEST(TmDateTime, KnowsWhatIsValid) {
     EXPECT_TRUE(CDate(1971, 1, 1, false).IsDateValid());
-    EXPECT_TRUE(CDate(2037, 12, 31, false).IsDateValid());
     EXPECT_FALSE(CDate(1970, 12, 31, false).IsDateValid());
     EXPECT_FALSE(CDate(2038, 1, 1, false).IsDateValid());
     CDateTime value(2037, 12, 31, 23, 59, 59, 999, false);

@@ -101,15 +101,6 @@ TEST_F(ProgramInstance, ListsTheMainWindowsOfHookedThreads) {
     EXPECT_TRUE(Listed().empty());
 }
 
-TEST_F(ProgramInstance, HoldsNoMoreThan31Windows) {
-    ASSERT_TRUE(QEL::CreateProgramInstance(name_.c_str()));
-    Windows made;
-    for (int i = 0; i < 33; ++i) made.push_back(MakeWindow(WS_OVERLAPPED));
-    EXPECT_EQ(Windows(made.begin(), made.begin() + 31), Listed());
-    for (const HWND window : made) DestroyWindow(window);
-    EXPECT_TRUE(Listed().empty());
-}
-
 TEST_F(ProgramInstance, SurvivesTheEndOfTheFirstProcess) {
     const auto first = StartAndAwait(name_);
     EXPECT_FALSE(QEL::CreateProgramInstance(name_.c_str()));
