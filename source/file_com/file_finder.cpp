@@ -22,17 +22,11 @@ bool Takes(const FILENAME_MASK& mask, const kit::FindFiles& found) {
     return (bits & filter) != 0;
 }
 
-FILENAME AsIs(const std::string& text) {
-    FILENAME name;
-    name = text.c_str();
-    return name;
-}
-
-FF_FILE_INFO InfoOf(const std::string& path, const WIN32_FIND_DATAA& entry) {
+void Describe(const WIN32_FIND_DATAA& entry, FF_FILE_INFO& info) {
     const FILETIME& time = entry.ftLastWriteTime;
-    return {AsIs(path), entry.dwFileAttributes,
-            std::uint64_t{entry.nFileSizeHigh} << 32 | entry.nFileSizeLow,
-            std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime};
+    info.attributes = entry.dwFileAttributes;
+    info.size = std::uint64_t{entry.nFileSizeHigh} << 32 | entry.nFileSizeLow;
+    info.write_time = std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime;
 }
 
 // Removes what is in a folder and then the folder; a link only itself.
@@ -73,33 +67,32 @@ struct FileFinder::Search {
         waiting.pop_back();
         first_of_current = waiting.size();
         skips = false;
-        found = std::make_unique<kit::FindFiles>(kit::JoinPath(Folder(), "*").c_str());
+        folder = current.empty() ? start : kit::JoinPath(start, current.c_str());
+        found = std::make_unique<kit::FindFiles>(kit::JoinPath(folder, "*").c_str());
         return true;
-    }
-    std::string Folder() const {
-        return current.empty() ? start : kit::JoinPath(start, current.c_str());
     }
 
     // Whether the entry is wanted. Remembers a folder for later.
     bool Look() {
-        const std::string path = kit::JoinPath(current, found->name());
-        if (enters_folders && found->IsFolder() && !found->IsLink()) {
-            waiting.push_back(path);
-        }
+        name = found->name();
+        path = kit::JoinPath(current, found->name()).c_str();  // += would trim it
+        if (enters_folders && found->IsFolder() && !found->IsLink()) waiting.emplace_back(path);
         return !skips && std::any_of(masks.begin(), masks.end(), [&](const FILENAME_MASK& mask) {
-            return Takes(mask, *found) && Matches(mask, path);
+            return Takes(mask, *found) && Matches(mask);
         });
     }
-    bool Matches(const FILENAME_MASK& mask, const std::string& path) const {
-        return mask.Compare(AsIs(path)) ||
-               (mask.GetUseSubDirs() && mask.Compare(AsIs(found->name())));
+    bool Matches(const FILENAME_MASK& mask) const {
+        return (mask.GetUseSubDirs() && mask.Compare(name)) || mask.Compare(path);
     }
 
     const std::string start;
     const std::vector<FILENAME_MASK> masks;
     bool enters_folders;
     bool skips = false;
-    std::string current;
+    std::string current;  // the folder that is being read, from the start on
+    std::string folder;   // all of its path
+    FILENAME name;        // the entry's; kept, as `path` is, for the room that they have
+    FILENAME path;        // from the start on
     std::vector<std::string> waiting;  // the next one last; those of `current` are in its order
     std::size_t first_of_current = 0;  // and begin here
     std::unique_ptr<kit::FindFiles> found;
@@ -134,9 +127,10 @@ bool FileFinder::Next() {
             continue;
         }
         if (!*search.found || !search.Look()) continue;
-        cur_dir_ = search.Folder().c_str();
-        filename_ = search.found->name();
-        info_ = InfoOf(kit::JoinPath(search.Folder(), search.found->name()), search.found->entry());
+        cur_dir_ = search.folder.c_str();
+        filename_ = search.name;
+        info_.name = kit::JoinPath(search.folder, search.found->name()).c_str();
+        Describe(search.found->entry(), info_);
         return true;
     }
     search_.reset();

@@ -66,7 +66,7 @@ ulong32 CQELFindFile::GetAttributes() const { return OfEntry(record_.attrib); }
 
 // Quirk: the system's search record of this form has 32 bits for the size, and so has the class's
 // layout, which callers were built with: 4 GiB + 5 reads as 5.
-// Pinned by FindFile.TellsTheLowHalfOfALargeSize.
+// Pinned by FindFile.TellsTheLowHalfOfALargeSizeAndOfTheEnd.
 ulong32 CQELFindFile::GetSize() const { return OfEntry(record_.size); }
 
 ulong32 CQELFindFile::OfEntry(ulong32 value) const {

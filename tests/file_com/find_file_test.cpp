@@ -20,7 +20,6 @@ Names Found(const std::string& pattern, int skip_mask) {
         names.insert(name);
     }
     EXPECT_EQ(nullptr, found.Get());
-    EXPECT_FALSE(found.IsError());
     return names;
 }
 
@@ -36,47 +35,26 @@ TEST(FindFile, ListsWhatTheMaskDoesNotSkip) {
     EXPECT_EQ(Names{"sub"}, Found(all, CQELFindFile::FIND_FOLDERS));
     EXPECT_EQ((Names{"a.txt", "sub"}), Found(all, 0x03));
     EXPECT_EQ(Names{}, Found(folder / "*.none", 0));
-    EXPECT_EQ(Names{}, Found(folder / "none\\*.*", 0));
 }
 
-TEST(FindFile, TellsOfTheCurrentEntryAndOfTheEnd) {
+TEST(FindFile, TellsTheLowHalfOfALargeSizeAndOfTheEnd) {
     const TempFolder folder;
-    folder.Write("a.txt", "12345");
-    CQELFindFile found((folder / "*.txt").c_str(), 0, false);
-    EXPECT_STREQ("a.txt", found.GetLast());
-    EXPECT_STREQ("a.txt", found.Get());
+    SetLength(folder.Write("large", ""), 0x100000005);
+    CQELFindFile found((folder / "*").c_str(), 0, false);
+    EXPECT_STREQ("large", found.GetLast());
+    EXPECT_STREQ("large", found.Get());
     EXPECT_EQ(5u, found.GetSize());
     EXPECT_EQ(0x20u, found.GetAttributes());
     EXPECT_EQ(nullptr, found.Get());
-    EXPECT_EQ(0xFFFFFFFFu, found.GetSize());
-    EXPECT_EQ(116, found.Status());
-    found.Clear();
-    EXPECT_EQ(0xFFFFFFFFu, found.GetAttributes());
+    EXPECT_EQ(0xFFFFFFFFu, found.GetSize() & found.GetAttributes());
     EXPECT_EQ(116, found.Status());
 }
 
 TEST(FindFile, RecordsOrThrowsWhyItCouldNotStart) {
     const TempFolder folder;
     const std::string pattern = folder.Write("file", "") + "\\*.*";
-    const CQELFindFile found(pattern.c_str(), 0, false);
-    EXPECT_EQ(52, found.Status());
-    EXPECT_NE(0, found.Errno());
-    EXPECT_STREQ(pattern.c_str(), found.GetErrMessEx());
+    EXPECT_EQ(52, CQELFindFile(pattern.c_str(), 0, false).Status());
     EXPECT_THROW(CQELFindFile(pattern.c_str(), 0, true), XQELFile);
-}
-
-TEST(FindFile, TellsTheLowHalfOfALargeSize) {
-    const TempFolder folder;
-    const std::string path = folder.Write("large", "");
-    {
-        const kit::FileHandle file(
-            CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-        LONG high = 1;
-        ASSERT_EQ(5u, SetFilePointer(file.get(), 5, &high, FILE_BEGIN));
-        ASSERT_TRUE(SetEndOfFile(file.get()));
-    }
-    CQELFindFile found(path.c_str(), 0, false);
-    EXPECT_EQ(5u, found.GetSize());
 }
 
 }  // namespace

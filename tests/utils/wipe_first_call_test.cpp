@@ -47,7 +47,6 @@ TEST_F(WipeFolder, WithoutRecursionIsOnlyAnEntryOfItself) {
     EXPECT_STREQ("*.*", mask_);
     EXPECT_EQ(2u, Wipe("none", 0));
     EXPECT_EQ(206u, Wipe(std::string(260, 'a'), 0));
-    EXPECT_EQ(87u, QELUtils::WipeDirectory(nullptr, mask_, 1));
     ExpectFiles("abcd", "");
 }
 
@@ -67,12 +66,9 @@ TEST_F(WipeFolder, LaterCallsTakeAPlainFolderAndAMask) {
 TEST_F(WipeMask, WipesItsFilesInTheWholeTree) {
     const FolderLink link(folder_ / "tree\\sub\\link", folder_ / "canaries");
     EXPECT_EQ(0u, Wipe("tree\\*.dat", 0));
-    EXPECT_STREQ("*.dat", mask_);
     ExpectFiles("acd", "b");
     EXPECT_EQ(0u, Wipe("tree\\*.tmp", 1));
     ExpectFiles("d", "abc");
-    EXPECT_EQ(0u, Wipe("tree\\sub", 1));
-    EXPECT_TRUE(folder_.Has("tree\\sub"));
 }
 
 }  // namespace
