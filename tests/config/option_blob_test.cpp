@@ -3,13 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstdint>
 #include <cstring>
-#include <fstream>
-#include <iterator>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "support/formats_page.h"
 #include "support/guarded_buffer.h"
 #include "support/hex_bytes.h"
 
@@ -320,19 +319,13 @@ TEST(DrvOptsIp, IsDestroyedThroughItsBase) {
 // --- docs/formats.md ----------------------------------------------------------------------------
 
 TEST(FormatsPage, ShowsAnOptionBlobAsItIsBuilt) {
-    std::ifstream file(std::string(QELKIT_TEST_DATA) + "/../../docs/formats.md", std::ios::binary);
-    const std::string page(std::istreambuf_iterator<char>(file), {});
-    const std::string fence = "```text dump=options\n";
-    ASSERT_NE(std::string::npos, page.find(fence));
-    std::istringstream lines(page.substr(page.find(fence) + fence.size()));
-    std::string hex;
-    for (std::string line; std::getline(lines, line) && line != "```";) hex += line.substr(4);
-
+    const std::string dump = DumpedBytes("dump=options");
+    ASSERT_EQ(44u, dump.size());
     CQelOpts options;
     Add(options, 6, FromHex("C0A80001"));
     Add(options, 0x10C, "gate");
     Add(options, 6, FromHex("C0A80002"));
     Add(options, 0xFF, "");
-    EXPECT_EQ(ToHex(FromHex(hex).data(), FromHex(hex).size()),
-              ToHex(Built(options).data(), Built(options).size()));
+    const std::string built = Built(options);
+    EXPECT_EQ(ToHex(dump.data(), dump.size()), ToHex(built.data(), built.size()));
 }
