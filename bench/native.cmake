@@ -1,10 +1,12 @@
 # The benchmarks that run natively, one a line.
+qelkit_bench(wildcard)
 qelkit_bench(compress LIBRARIES z lz4)
 find_package(absl REQUIRED)
 find_package(Boost REQUIRED)
 qelkit_bench(hash LIBRARIES absl::flat_hash_map Boost::headers)
 qelkit_bench(ip_text)
 qelkit_bench(range_list LIBRARIES roaring)
+qelkit_bench(option_blob)
 find_package(OpenSSL REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0)

@@ -18,7 +18,8 @@ DWORD RealError(DWORD code) {
 
 FindFiles::FindFiles(const char* pattern) : find_(::FindFirstFileA(pattern, &entry_)) {
     if (!find_) {
-        error_ = RealError(::GetLastError());
+        start_error_ = ::GetLastError();
+        error_ = RealError(start_error_);
         return;
     }
     SkipDots();

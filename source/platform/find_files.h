@@ -21,6 +21,8 @@ public:
     // A junction or folder link: an entry of its own, never to be entered.
     bool IsLink() const { return (entry_.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0; }
     DWORD error() const { return error_; }
+    // Why the search could not start, also when that is because nothing matched; 0 when it did.
+    DWORD start_error() const { return start_error_; }
 
 private:
     void SkipDots();
@@ -28,6 +30,7 @@ private:
     WIN32_FIND_DATAA entry_{};
     FindHandle find_;
     DWORD error_ = 0;
+    DWORD start_error_ = 0;
 };
 
 }  // namespace kit

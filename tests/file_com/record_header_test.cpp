@@ -71,24 +71,21 @@ TEST(RecordHeader, TellsUnreadableFromDamaged) {
     }
 }
 
-TEST(RecordHeader, TakesTheFieldTableFromTheFile) {
-    CRecFieldInfo described[] = {{kFileDataInteger, 4}, {kFileDataText, 2}, {kFileDataReal, 8}};
-    const CRecordInfo three(3, described);
-    Reading reading(Numbers({44, 8, 5, 1, 7, 3, 2, 99, 4, 1, 2}), &three);
-    ASSERT_EQ(0, reading.verdict.status);
-    const kit::RecordHeader header = reading.header();
-    EXPECT_EQ(8, header.RecordLength());
-    EXPECT_EQ(5, header.Count());
-    EXPECT_EQ(1, header.Flags());
-    EXPECT_EQ(7, header.MaxCount());
-    EXPECT_EQ(3, header.RingPosition());
-    EXPECT_EQ(44 + 5 * 8, header.End());
-    kit::FieldPlace place = {};
-    ASSERT_TRUE(kit::FindField(header, 1, place));
-    EXPECT_EQ(4, place.offset);
-    EXPECT_EQ(2, place.size);
-    EXPECT_FALSE(kit::FindField(header, 2, place)) << "described, but not in the file";
-    EXPECT_FALSE(kit::FindField(header, -1, place));
+TEST(RecordHeader, RefusesAHeaderThatChangesWhileItIsRead) {
+    struct Changing : BytesSource {
+        using BytesSource::BytesSource;
+        int Read(unsigned char* to, std::size_t size) override {
+            const int status = BytesSource::Read(to, size);
+            if (size > 4) kit::StoreLe32(to, 0x7FFFFFFF);
+            return status;
+        }
+    };
+    Changing source(Numbers({36, 8, 0, 0, 0, 0, 0, 0, 0}));
+    unsigned char header[36];
+    kit::HeaderBlock block;
+    const auto verdict = kit::ReadHeader(source, nullptr, header, block);
+    EXPECT_EQ(74, verdict.status);
+    EXPECT_FALSE(verdict.is_unreadable);
 }
 
 TEST(RecordHeader, FindsNoFieldThatLeavesItsRecord) {
@@ -126,19 +123,6 @@ TEST(RecordHeader, LowersACountThatTheFileDoesNotHold) {
         EXPECT_EQ(c.fit, kit::FitCount(reading.header(), c.file_length));
         EXPECT_EQ(c.count_after, reading.header().Count());
     }
-}
-
-TEST(RecordHeader, RefusesDescriptionsThatNoTableCanHold) {
-    CRecFieldInfo fields[] = {{kFileDataBytes, 4}, {kFileDataBytes, -1}};
-    const struct {
-        CRecordInfo info;
-        bool is_usable;
-    } cases[] = {
-        {{0, nullptr}, true}, {{-1, nullptr}, true}, {{1, fields}, true},
-        {{2, fields}, false}, {{1, nullptr}, false}, {{0x10000000, fields}, false},
-    };
-    EXPECT_TRUE(kit::IsUsable(nullptr));
-    for (const auto& c : cases) EXPECT_EQ(c.is_usable, kit::IsUsable(&c.info)) << c.info.count;
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <random>
+#include <sstream>
 #include <string>
 
 #include "net/detail/range_crossing.h"
@@ -263,23 +264,20 @@ constexpr struct {
     {"single ranges", 1, ComparesSingleRanges},
 };
 
-std::string Text(const literal::Ranges& ranges) {
-    std::string text;
-    for (const auto& range : ranges) {
-        text += "{" + std::to_string(range.from) + ", " + std::to_string(range.to) + "} ";
-    }
-    return text;
-}
-
-std::string Text(const literal::Addresses& addresses) {
-    std::string text;
-    for (const ulong32 address : addresses) text += std::to_string(address) + " ";
-    return text;
-}
-
 std::string Text(const Input& in) {
-    return "a " + Text(in.a) + "\nb " + Text(in.b) + "\nsubnets " + Text(in.subnets) + "\npoints " +
-           Text(in.points) + "\nmore points " + Text(in.more_points);
+    std::ostringstream text;
+    const auto put = [&](const char* name, const literal::Ranges& ranges) {
+        text << "\n" << name;
+        for (const auto& range : ranges) text << " {" << range.from << ", " << range.to << "}";
+    };
+    put("a", in.a);
+    put("b", in.b);
+    put("subnets", in.subnets);
+    text << "\npoints";
+    for (const ulong32 point : in.points) text << " " << point;
+    text << "\nmore points";
+    for (const ulong32 point : in.more_points) text << " " << point;
+    return text.str();
 }
 
 constexpr ulong32 kAll = 0xFFFFFFFF;
@@ -307,12 +305,24 @@ TEST(RangeModel, EveryOperationGivesWhatItsStepsGive) {
         for (int i = 0; i < style.inputs; ++i) {
             const Input input = maker.Make();
             for (const auto& check : kChecks) {
-                ASSERT_TRUE(check.agrees(input)) << check.name << "\n" << Text(input);
+                ASSERT_TRUE(check.agrees(input)) << check.name << Text(input);
                 operations += check.operations;
             }
         }
     }
     EXPECT_GE(operations, 1000000);
+}
+
+// The second range is cut first, by (8, 15); the first, which that leaves as all addresses, by 12.
+// So 20 cuts what came from the second before what came from the first.
+TEST(RangeModel, PiecesOfPiecesFollowThePlacesOfThosePieces) {
+    const auto taken = Ranges({{8, 15}, {0, 0}, {12, 0}, {20, 20}});
+    const auto expected =
+        Ranges({{1, 11}, {3, 7}, {16, 19}, {13, 19}, {21, 22}, {21, kAll}});
+    auto list = Ranges({{0, 15}, {3, 22}}), indexed = list;
+    EXPECT_EQ(Bits(expected), Bits(list -= taken));
+    kit::RemoveRanges(indexed, taken, kAlwaysIndex);
+    EXPECT_EQ(Bits(expected), Bits(indexed));
 }
 
 // --- Sets of addresses ---------------------------------------------------------------------------------

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
 
@@ -89,6 +90,16 @@ private:
 
     std::string path_;
 };
+
+// Gives an existing file another length; what is new of it takes no room on the disk.
+inline void SetLength(const std::string& path, std::int64_t length) {
+    const kit::FileHandle file(
+        CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    LARGE_INTEGER distance;
+    distance.QuadPart = length;
+    EXPECT_TRUE(SetFilePointerEx(file.get(), distance, nullptr, FILE_BEGIN)) << path;
+    EXPECT_TRUE(SetEndOfFile(file.get())) << path;
+}
 
 // A file that another program holds open without sharing, for as long as this lives.
 class HeldFile {

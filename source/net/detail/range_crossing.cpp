@@ -128,8 +128,8 @@ void IntersectionsIndexed(const RangeList& list, const RangeList& b, Intersectio
     const std::vector<CQELRangeIP> ranges(list.begin(), list.end());
     OverlapIndex index;
     for (std::uint32_t i = 0; i < ranges.size(); ++i) {
-        index.Add(ranges[i].from, LastOf(ranges[i]), i);
-        if (IsInverted(ranges[i])) index.Add(ranges[i].to, ranges[i].to, i);
+        // What an inverted range crosses has no address in common with it.
+        if (!IsInverted(ranges[i])) index.Add(ranges[i].from, LastOf(ranges[i]), i);
     }
     index.Build();
     std::vector<std::uint32_t> met;
@@ -137,7 +137,6 @@ void IntersectionsIndexed(const RangeList& list, const RangeList& b, Intersectio
         met.clear();
         index.ForEach(r.from, LastOf(r), [&](std::uint32_t i) { met.push_back(i); });
         std::sort(met.begin(), met.end());
-        met.erase(std::unique(met.begin(), met.end()), met.end());
         for (const std::uint32_t i : met) sink.Add(ranges[i], r);
     }
 }

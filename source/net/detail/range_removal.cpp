@@ -192,9 +192,9 @@ RangeRemoval::RangeRemoval(RangeList& list, RangeList::const_iterator taken, std
     : list_(list), passes_(passes) {
     taken_.reserve(passes);
     for (std::uint32_t pass = 0; pass < passes; ++pass, ++taken) {
+        // An inverted range crosses with its `to` as well, but takes something only with its `from`.
         taken_.push_back(*taken);
         passes_.Add(pass, taken->from, LastOf(*taken));
-        if (IsInverted(*taken)) passes_.Add(pass, taken->to, taken->to);
     }
     passes_.Build();
 }
