@@ -123,6 +123,8 @@ void IdentObj::AddData(const void* data, ulong32 size) {
 
 void IdentObj::Empty() { Own(nullptr, 0); }
 
+bool IdentObj::IsEmpty() const { return cbData == 0; }
+
 IdentObj IdentObj::Reverse(const IdentObj& blob) {
     IdentObj reversed(blob);
     std::reverse(reversed.pbData, reversed.pbData + reversed.cbData);
@@ -156,6 +158,8 @@ bool IdentObj::operator==(const CQELString& text) const {
 bool IdentObj::operator!=(const CQELString& text) const { return !(*this == text); }
 
 // --- Serial form ---------------------------------------------------------------------------------
+
+ulong32 IdentObj::GetObjectSize() const { return kit::kBlobFieldSize + cbData; }
 
 ulong32 IdentObj::ReadData(const CQELFile& file, ulong32 offset) {
     kit::SerialBlob blob = kit::ReadBlobFromFile(file, offset, kit::BlobForm::kBytes);

@@ -17,7 +17,10 @@ using CRYPTOAPI_BLOB = struct _CRYPTOAPI_BLOB;
 //
 //     IdentObj secret("key", 3), sealed;
 //     DATA_BLOB out;
-//     if (CryptProtectData(&secret, nullptr, nullptr, nullptr, nullptr, 0, &out)) sealed = out;
+//     if (CryptProtectData(&secret, nullptr, nullptr, nullptr, nullptr, 0, &out)) {
+//         sealed = out;
+//         LocalFree(out.pbData);
+//     }
 //
 // - `cbData` is the byte count, `pbData` the bytes: null exactly when the count is 0. They may be
 //   read, and the bytes changed; memory that is put into pbData must come from malloc, and is freed.
@@ -56,7 +59,7 @@ public:
     void AddData(const void* data, ulong32 size);
     // Frees the bytes.
     virtual void Empty();
-    bool IsEmpty() const { return cbData == 0; }
+    bool IsEmpty() const;
 
     // The bytes of a blob in reverse order.
     static IdentObj Reverse(const IdentObj& blob);
@@ -81,7 +84,7 @@ public:
     // --- Serial form -----------------------------------------------------------------------------
 
     // 4 + byte count.
-    ulong32 GetObjectSize() const { return 4 + cbData; }
+    ulong32 GetObjectSize() const;
 
     // Reads the serial form at `offset` of an open file, or at its position when `offset` is
     // 0xFFFFFFFF. Returns the bytes read, 4 + byte count. Returns 0 and leaves the content alone when

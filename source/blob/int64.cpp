@@ -2,6 +2,13 @@
 
 static_assert(sizeof(CQELInt64) == 8, "callers read it as one 64-bit number");
 
+CQELInt64::CQELInt64() = default;
+CQELInt64::CQELInt64(ulong32 low) : low_(low) {}
+CQELInt64::CQELInt64(ulong32 low, ulong32 high) : low_(low), high_(high) {}
+CQELInt64::CQELInt64(std::int64_t value) : CQELInt64(static_cast<std::uint64_t>(value)) {}
+CQELInt64::CQELInt64(std::uint64_t value)
+    : low_(static_cast<ulong32>(value)), high_(static_cast<ulong32>(value >> 32)) {}
+
 CQELInt64& CQELInt64::operator=(std::int64_t value) { return *this = CQELInt64(value); }
 CQELInt64& CQELInt64::operator=(const int& value) { return *this = CQELInt64(value); }
 CQELInt64& CQELInt64::operator=(const ulong32& value) { return *this = CQELInt64(value); }

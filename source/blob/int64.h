@@ -17,12 +17,12 @@
 // binary interface. An object belongs to one thread at a time.
 class QELKIT_API CQELInt64 {
 public:
-    CQELInt64() = default;
-    CQELInt64(ulong32 low) : low_(low) {}
-    CQELInt64(ulong32 low, ulong32 high) : low_(low), high_(high) {}
-    CQELInt64(std::int64_t value) : CQELInt64(static_cast<std::uint64_t>(value)) {}
-    CQELInt64(std::uint64_t value)
-        : low_(static_cast<ulong32>(value)), high_(static_cast<ulong32>(value >> 32)) {}
+    CQELInt64();
+    // The high half is 0.
+    CQELInt64(ulong32 low);
+    CQELInt64(ulong32 low, ulong32 high);
+    CQELInt64(std::int64_t value);
+    CQELInt64(std::uint64_t value);
     // Sign-extended; without it the literal 1 would fit several of the others equally.
     CQELInt64(int value) : CQELInt64(std::int64_t{value}) {}
 

@@ -16,9 +16,9 @@ constexpr auto kDigitValues = [] {
     std::array<std::uint8_t, 256> values{};
     values.fill(kNoDigit);
     for (std::uint8_t value = 0; value < 16; ++value) {
-        const char upper = kDigits[value];
-        values[static_cast<std::size_t>(upper)] = value;
-        if (value >= 10) values[static_cast<std::size_t>(upper - 'A' + 'a')] = value;
+        const auto digit = static_cast<unsigned char>(kDigits[value]);
+        values[digit] = value;
+        if (value >= 10) values[digit | ('a' - 'A')] = value;
     }
     return values;
 }();

@@ -18,7 +18,7 @@ inline constexpr auto kBase64Values = [] {
     std::array<std::uint8_t, 128> values{};
     values.fill(kNoBase64Value);
     for (std::uint8_t value = 0; value < 64; ++value) {
-        values[static_cast<std::size_t>(kBase64Alphabet[value])] = value;
+        values[static_cast<unsigned char>(kBase64Alphabet[value])] = value;
     }
     return values;
 }();

@@ -7,7 +7,6 @@
 #ifdef QELKIT_SSSE3
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
