@@ -59,14 +59,4 @@ TEST_F(Session, CutsCommandLines) {
     EXPECT_NE(-1, words.front().Find("utils_tests"));
 }
 
-TEST_F(Session, BringsAWindowToTheFront) {
-    const HWND window = CreateWindowExA(0, "STATIC", "", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 99,
-                                        99, nullptr, nullptr, nullptr, nullptr);
-    ShowWindow(window, SW_MINIMIZE);
-    EXPECT_EQ(0u, QELUtils::SetForeground(window, this));
-    EXPECT_FALSE(IsIconic(window));
-    EXPECT_EQ(window, GetForegroundWindow());
-    DestroyWindow(window);
-}
-
 }  // namespace
