@@ -45,7 +45,7 @@ QEL::CDateTime::CDateTime(int year, int month, int day, int hour, int minute, in
     Recalculate(nullptr);
     // Quirk: every local value made like this counts as one in summer time, in winter too, in a
     // zone that has it. It undoes the hour by which carrying has put the value ahead. Pinned by
-    // TmSummerTime.MakesLocalValuesThatCountAsStandardTime.
+    // TmEveryZone.MakesEveryDayFromFields.
     if (IsSummerTimeAssumed(local)) record_.fields.tm_isdst = kit::kSummerTime;
 }
 

@@ -61,13 +61,4 @@ TEST(TmSummerTime, MovesLocalValuesByAnHourEachTime) {
     EXPECT_STREQ("2024 1 0", CQELString().Format("%d %d %d", st.wYear, st.wMonth, st.wHour));
 }
 
-TEST(TmSummerTime, MakesLocalValuesThatCountAsStandardTime) {
-    const QEL::CDateTime winter(2024, 1, 31, 23, 30, 0, 0, true);
-    EXPECT_STREQ("01.02.2024 00:30:00", winter.TextDateTime(1, 1, 0));
-    EXPECT_EQ(1706743800, static_cast<long32>(winter));  // 31 January, 23:30
-    QEL::CDateTime utc(true);
-    winter.GetSystemTime(utc);
-    EXPECT_STREQ("01.02.2024 03:30:00", utc.TextDateTime(1, 1, 0));
-}
-
 }  // namespace

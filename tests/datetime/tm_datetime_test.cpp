@@ -109,12 +109,8 @@ TEST(TmDateTime, TurnsIntoASystemTimeAndBack) {
 }
 
 TEST(TmDateTime, ReadsZoneCodes) {
-    const struct {
-        char code;
-        int hours;
-    } cases[] = {{'%', -13}, {'/', -3}, {'2', 0},  {'>', 12},
-                 {'$', 28},  {'?', 28}, {'A', 28}, {'\xDF', 28}};
-    for (const auto& c : cases) EXPECT_EQ(c.hours, CDateTime::GetTimeZoneHours(c.code)) << c.code;
+    const int hours[] = {28, -13, -3, 0, 12, 28};
+    for (int i = 0; i < 6; ++i) EXPECT_EQ(hours[i], CDateTime::GetTimeZoneHours("$%/2>?"[i]));
 }
 
 }  // namespace

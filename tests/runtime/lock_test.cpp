@@ -43,22 +43,18 @@ TEST(Lock, EntersWhereThePlatformCannotTry) {
     lock.Unlock();
 }
 
-bool IsInApartment() {
-    APTTYPE type;
-    APTTYPEQUALIFIER qualifier;
-    return SUCCEEDED(CoGetApartmentType(&type, &qualifier)) &&
-           qualifier != APTTYPEQUALIFIER_IMPLICIT_MTA;
-}
-
 TEST(ComInitializer, EndsOnlyWhatItBegan) {
-    EXPECT_FALSE(IsInApartment());
+    const auto kind = [](DWORD wanted) {  // S_OK: there was no apartment
+        const HRESULT result = CoInitializeEx(nullptr, wanted);
+        if (SUCCEEDED(result)) CoUninitialize();
+        return result;
+    };
     {
         const QEL::CCOMInitializer outer(COINIT_MULTITHREADED);
-        { const QEL::CCOMInitializer again(COINIT_MULTITHREADED); }
         { const QEL::CCOMInitializer refused(COINIT_APARTMENTTHREADED); }
-        EXPECT_TRUE(IsInApartment());
+        EXPECT_EQ(S_FALSE, kind(COINIT_MULTITHREADED));
     }
-    EXPECT_FALSE(IsInApartment());
+    EXPECT_EQ(S_OK, kind(COINIT_APARTMENTTHREADED));
 }
 
 TEST(CodeInstance, IsTheModuleOfTheCaller) {

@@ -31,15 +31,10 @@ int ExitCodeOf(const std::string& arguments) {
     return static_cast<int>(code);
 }
 
-void Kill(const kit::KernelHandle& process) {
-    TerminateProcess(process.get(), 3);
-    WaitForSingleObject(process.get(), 30000);
-}
-
-kit::KernelHandle StartAndAwait(const std::string& name, const std::string& more = "") {
+kit::KernelHandle StartAndAwait(const std::string& name) {
     const std::string event_name = name + "Ready";
     const kit::KernelHandle ready(CreateEventA(nullptr, FALSE, FALSE, event_name.c_str()));
-    auto process = Start(name + " " + event_name + more);
+    auto process = Start(name + " " + event_name);
     EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(ready.get(), 30000));
     return process;
 }
@@ -101,27 +96,19 @@ TEST_F(ProgramInstance, ListsTheMainWindowsOfHookedThreads) {
     EXPECT_TRUE(Listed().empty());
 }
 
-TEST_F(ProgramInstance, SurvivesTheEndOfTheFirstProcess) {
+TEST_F(ProgramInstance, TakesOverFromAProcessThatDiesWithTheMutex) {
     const auto first = StartAndAwait(name_);
-    EXPECT_FALSE(QEL::CreateProgramInstance(name_.c_str()));
-    EXPECT_FALSE(QEL::CProgramInstance::AddThread());
-    EXPECT_EQ(2u, Listed().size());
-    Kill(first);
-    EXPECT_EQ(0, ExitCodeOf(name_));  // its windows are gone, the name is still ours
-    EXPECT_TRUE(Listed().empty());
-    QEL::CProgramInstance::DestroyInstance();
-    EXPECT_TRUE(QEL::CreateProgramInstance(name_.c_str()));
-}
-
-TEST_F(ProgramInstance, TakesOverAMutexWhoseOwnerDied) {
-    const auto owner = StartAndAwait(name_, " mutex");
     std::thread killer([&] {
         Sleep(200);
-        Kill(owner);
+        TerminateProcess(first.get(), 3);
     });
     EXPECT_FALSE(QEL::CreateProgramInstance(name_.c_str()));
     killer.join();
+    EXPECT_FALSE(QEL::CProgramInstance::AddThread());
     EXPECT_TRUE(Listed().empty());
+    EXPECT_EQ(0, ExitCodeOf(name_));
+    QEL::CProgramInstance::DestroyInstance();
+    EXPECT_TRUE(QEL::CreateProgramInstance(name_.c_str()));
 }
 
 }  // namespace
