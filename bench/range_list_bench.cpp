@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
-#include "net/ip_range_list.h"
 #include "../tests/support/literal_ranges.h"
+#include "net/ip_range_list.h"
 
 namespace {
 
@@ -57,7 +57,8 @@ Input::Input(std::size_t count) {
     const auto range = [&](ulong32 odd) {
         // Half of the ranges of both lists begin in the same few hundred addresses of a cell. The
         // ends differ in their last bit, so that none loses a range by agreeing with its end.
-        const ulong32 from = even(random() % static_cast<ulong32>(count) * cell + random() % longest);
+        const ulong32 from =
+            even(random() % static_cast<ulong32>(count) * cell + random() % longest);
         return random() % 4 == 0 ? CQELRangeIP(from + odd, odd == 0 ? from : 0)
                                  : CQELRangeIP(from, even(from + 2 + random() % longest) + odd);
     };
@@ -88,44 +89,70 @@ const Input& InputOf(std::size_t count) {
     return inputs.try_emplace(count, count).first->second;
 }
 
-// Runs work(copy) on copies of `target`. Making and destroying them is not measured, and so many
-// are made at a time that stopping the clock does not count.
-template <typename Copy, typename Work>
-void OnCopies(benchmark::State& state, std::size_t size, Copy copy, Work work) {
-    using T = decltype(copy());
-    const std::size_t batch = 20000 / size + 1;
-    std::vector<T> copies;
+// --- Measuring ---------------------------------------------------------------------------------------
+
+template <typename T>
+std::unique_ptr<T> CopyOf(const T& list) {
+    return std::make_unique<T>(list);
+}
+Bitmap CopyOf(const Bitmap& bitmap) { return Bitmap(roaring_bitmap_copy(bitmap.get())); }
+
+template <typename T>
+std::size_t SizeOf(const T& list) {
+    return list.size();
+}
+std::size_t SizeOf(const IclSet& set) { return boost::icl::iterative_size(set); }
+std::size_t SizeOf(const Bitmap&) { return 1000; }
+
+// Measures Work(copy, input) on copies of one of the input's lists. Making and destroying them is not
+// measured, and so many are made at a time that stopping the clock does not count.
+template <auto List, auto Work>
+void Change(benchmark::State& state, const Input& in) {
+    const auto& list = in.*List;
+    const std::size_t batch = 20000 / SizeOf(list) + 1;
+    std::vector<decltype(CopyOf(list))> copies;
     copies.reserve(batch);
     while (state.KeepRunningBatch(static_cast<benchmark::IterationCount>(batch))) {
         state.PauseTiming();
         copies.clear();
-        for (std::size_t i = 0; i < batch; ++i) copies.push_back(copy());
+        for (std::size_t i = 0; i < batch; ++i) copies.push_back(CopyOf(list));
         state.ResumeTiming();
-        for (T& one : copies) work(one);
+        for (auto& copy : copies) Work(*copy, in);
     }
 }
 
-template <typename T, typename Work>
-void OnCopies(benchmark::State& state, const T& target, Work work) {
-    OnCopies(state, target.size(), [&] { return std::make_unique<T>(target); },
-             [&](auto& copy) { work(*copy); });
-}
-template <typename Work>
-void OnCopies(benchmark::State& state, const IclSet& target, Work work) {
-    OnCopies(state, boost::icl::iterative_size(target), [&] { return std::make_unique<IclSet>(target); },
-             [&](auto& copy) { work(*copy); });
+template <auto Work>
+void Ask(benchmark::State& state, const Input& in) {
+    for (auto _ : state) benchmark::DoNotOptimize(Work(in));
 }
 
-template <typename Work>
-void OnBitmaps(benchmark::State& state, const Bitmap& target, Work work) {
-    OnCopies(state, 100, [&] { return Bitmap(roaring_bitmap_copy(target.get())); },
-             [&](auto& copy) { work(copy.get()); });
+// --- The peers' ways to ask for many addresses -------------------------------------------------------
+
+bool Has(const IclSet& set, ulong32 address) { return boost::icl::contains(set, address); }
+bool Has(const Bitmap& bitmap, ulong32 address) {
+    return roaring_bitmap_contains(bitmap.get(), address);
 }
 
-template <typename Work>
-void Repeat(benchmark::State& state, Work work) {
-    for (auto _ : state) benchmark::DoNotOptimize(work());
+template <typename Set>
+bool HasAny(const Set& set, const CQELLongList& points) {
+    for (const ulong32 point : points) {
+        if (Has(set, point)) return true;
+    }
+    return false;
 }
+
+template <typename Set>
+literal::Addresses AllIn(const Set& set, const CQELLongList& points) {
+    literal::Addresses all;
+    for (const ulong32 point : points) {
+        if (Has(set, point)) all.push_back(point);
+    }
+    return all;
+}
+
+bool Cross(const Bitmap& a, const Bitmap& b) { return roaring_bitmap_intersect(a.get(), b.get()); }
+
+// --- The table ---------------------------------------------------------------------------------------
 
 using Runner = void (*)(benchmark::State&, const Input&);
 
@@ -134,84 +161,88 @@ struct Case {
     Runner ours, literal, icl, bitmap;  // null where there is none
 };
 
-// A row of the table an operation. The short forms of the names: s is the state, in the input.
+using R = CQELRangeIPList;
+using In = const Input&;
+using I = Input;
+
+// clang-format off
 const Case kCases[] = {
     {"-=",
-     [](auto& s, auto& in) { OnCopies(s, in.a, [&](auto& l) { l -= in.b; }); },
-     [](auto& s, auto& in) { OnCopies(s, in.literal_a, [&](auto& l) { literal::RemoveRanges(l, in.literal_b); }); },
-     [](auto& s, auto& in) { OnCopies(s, in.icl_a, [&](auto& l) { l -= in.icl_b; }); },
-     [](auto& s, auto& in) { OnBitmaps(s, in.bitmap_a, [&](auto* l) { roaring_bitmap_andnot_inplace(l, in.bitmap_b.get()); }); }},
+     Change<&I::a, [](R& l, In in) { l -= in.b; }>,
+     Change<&I::literal_a, [](auto& l, In in) { literal::RemoveRanges(l, in.literal_b); }>,
+     Change<&I::icl_a, [](IclSet& l, In in) { l -= in.icl_b; }>,
+     Change<&I::bitmap_a, [](auto& l, In in) { roaring_bitmap_andnot_inplace(&l, in.bitmap_b.get()); }>},
     {"RemovePoints",
-     [](auto& s, auto& in) { OnCopies(s, in.a, [&](auto& l) { l.RemovePoints(in.points); }); },
-     [](auto& s, auto& in) { OnCopies(s, in.literal_a, [&](auto& l) { literal::RemovePoints(l, in.literal_points); }); },
-     [](auto& s, auto& in) { OnCopies(s, in.icl_a, [&](auto& l) { for (const ulong32 p : in.points) l -= p; }); },
-     [](auto& s, auto& in) { OnBitmaps(s, in.bitmap_a, [&](auto* l) { for (const ulong32 p : in.points) roaring_bitmap_remove(l, p); }); }},
+     Change<&I::a, [](R& l, In in) { l.RemovePoints(in.points); }>,
+     Change<&I::literal_a, [](auto& l, In in) { literal::RemovePoints(l, in.literal_points); }>,
+     Change<&I::icl_a, [](IclSet& l, In in) { for (const ulong32 p : in.points) l -= p; }>,
+     Change<&I::bitmap_a, [](auto& l, In in) { for (const ulong32 p : in.points) roaring_bitmap_remove(&l, p); }>},
     {"RemoveSubnets",
-     [](auto& s, auto& in) { OnCopies(s, in.a, [&](auto& l) { l.RemoveSubnets(in.subnets); }); },
-     [](auto& s, auto& in) { OnCopies(s, in.literal_a, [&](auto& l) { literal::RemoveSubnets(l, in.literal_subnets); }); },
-     [](auto& s, auto& in) { OnCopies(s, in.icl_a, [&](auto& l) { l -= in.icl_subnets; }); },
-     [](auto& s, auto& in) { OnBitmaps(s, in.bitmap_a, [&](auto* l) { roaring_bitmap_andnot_inplace(l, in.bitmap_subnets.get()); }); }},
+     Change<&I::a, [](R& l, In in) { l.RemoveSubnets(in.subnets); }>,
+     Change<&I::literal_a, [](auto& l, In in) { literal::RemoveSubnets(l, in.literal_subnets); }>,
+     Change<&I::icl_a, [](IclSet& l, In in) { l -= in.icl_subnets; }>,
+     Change<&I::bitmap_a, [](auto& l, In in) { roaring_bitmap_andnot_inplace(&l, in.bitmap_subnets.get()); }>},
     {"+=",
-     [](auto& s, auto& in) { OnCopies(s, in.a, [&](auto& l) { l += in.b; }); },
-     [](auto& s, auto& in) { OnCopies(s, in.literal_a, [&](auto& l) { literal::Add(l, in.literal_b); }); },
-     [](auto& s, auto& in) { OnCopies(s, in.icl_a, [&](auto& l) { l += in.icl_b; }); },
-     [](auto& s, auto& in) { OnBitmaps(s, in.bitmap_a, [&](auto* l) { roaring_bitmap_or_inplace(l, in.bitmap_b.get()); }); }},
+     Change<&I::a, [](R& l, In in) { l += in.b; }>,
+     Change<&I::literal_a, [](auto& l, In in) { literal::Add(l, in.literal_b); }>,
+     Change<&I::icl_a, [](IclSet& l, In in) { l += in.icl_b; }>,
+     Change<&I::bitmap_a, [](auto& l, In in) { roaring_bitmap_or_inplace(&l, in.bitmap_b.get()); }>},
     {"Subtract",
-     [](auto& s, auto& in) { OnCopies(s, in.a, [&](auto& l) { l.Subtract(in.b); }); },
-     [](auto& s, auto& in) { OnCopies(s, in.literal_a, [&](auto& l) { literal::Subtract(l, in.literal_b); }); },
+     Change<&I::a, [](R& l, In in) { l.Subtract(in.b); }>,
+     Change<&I::literal_a, [](auto& l, In in) { literal::Subtract(l, in.literal_b); }>,
      nullptr, nullptr},
     {"RemoveList",
-     [](auto& s, auto& in) { OnCopies(s, in.a, [&](auto& l) { l.RemoveList(in.b); }); },
-     [](auto& s, auto& in) { OnCopies(s, in.literal_a, [&](auto& l) { literal::RemoveList(l, in.literal_b); }); },
+     Change<&I::a, [](R& l, In in) { l.RemoveList(in.b); }>,
+     Change<&I::literal_a, [](auto& l, In in) { literal::RemoveList(l, in.literal_b); }>,
+     nullptr, nullptr},
+    {"GetSubnetIPL",
+     Change<&I::points, [](CQELLongList& l, In in) { in.subnets.GetSubnetIPL(l); }>,
+     Change<&I::literal_points, [](auto& l, In in) { literal::GetSubnetIPL(in.literal_subnets, l); }>,
+     Ask<[](In in) { return AllIn(in.icl_subnets, in.points).size(); }>,
+     Ask<[](In in) { return AllIn(in.bitmap_subnets, in.points).size(); }>},
+    {"GetCrossRange",
+     Ask<[](In in) { R out; return in.a.GetCrossRange(in.b, out); }>,
+     Ask<[](In in) { literal::Ranges out; return literal::GetCrossRange(in.literal_a, in.literal_b, out); }>,
+     Ask<[](In in) { return IclSet(in.icl_a & in.icl_b).iterative_size(); }>,
+     Ask<[](In in) { return Bitmap(roaring_bitmap_and(in.bitmap_a.get(), in.bitmap_b.get())) != nullptr; }>},
+    {"Cross of points",
+     Ask<[](In in) { CQELLongList out; return in.a.Cross(in.points, out); }>,
+     Ask<[](In in) { literal::Addresses out; return literal::CrossPoints(in.literal_a, in.literal_points, out); }>,
+     Ask<[](In in) { return AllIn(in.icl_a, in.points).size(); }>,
+     Ask<[](In in) { return AllIn(in.bitmap_a, in.points).size(); }>},
+    {"Cross of ranges",
+     Ask<[](In in) { CQELLongList out; return in.a.Cross(in.far, out); }>,
+     Ask<[](In in) { literal::Addresses out; return literal::Cross(in.literal_a, in.literal_far, out); }>,
      nullptr, nullptr},
     {"IsCross",
-     [](auto& s, auto& in) { Repeat(s, [&] { return in.a.IsCross(in.far); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { return literal::IsCross(in.literal_a, in.literal_far); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { return boost::icl::intersects(in.icl_a, in.icl_far); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { return roaring_bitmap_intersect(in.bitmap_a.get(), in.bitmap_far.get()); }); }},
-    {"IsCross, soon found",
-     [](auto& s, auto& in) { Repeat(s, [&] { return in.a.IsCross(in.b); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { return literal::IsCross(in.literal_a, in.literal_b); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { return boost::icl::intersects(in.icl_a, in.icl_b); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { return roaring_bitmap_intersect(in.bitmap_a.get(), in.bitmap_b.get()); }); }},
+     Ask<[](In in) { return in.a.IsCross(in.far); }>,
+     Ask<[](In in) { return literal::IsCross(in.literal_a, in.literal_far); }>,
+     Ask<[](In in) { return boost::icl::intersects(in.icl_a, in.icl_far); }>,
+     Ask<[](In in) { return Cross(in.bitmap_a, in.bitmap_far); }>},
+    {"IsCross, crossing",
+     Ask<[](In in) { return in.a.IsCross(in.b); }>,
+     Ask<[](In in) { return literal::IsCross(in.literal_a, in.literal_b); }>,
+     Ask<[](In in) { return boost::icl::intersects(in.icl_a, in.icl_b); }>,
+     Ask<[](In in) { return Cross(in.bitmap_a, in.bitmap_b); }>},
     {"IsCrossPoints",
-     [](auto& s, auto& in) { Repeat(s, [&] { return in.a.IsCrossPoints(in.far_points); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { return literal::IsCrossPoints(in.literal_a, in.literal_far_points); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { bool any = false; for (const ulong32 p : in.far_points) any |= boost::icl::contains(in.icl_a, p); return any; }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { bool any = false; for (const ulong32 p : in.far_points) any |= roaring_bitmap_contains(in.bitmap_a.get(), p); return any; }); }},
+     Ask<[](In in) { return in.a.IsCrossPoints(in.far_points); }>,
+     Ask<[](In in) { return literal::IsCrossPoints(in.literal_a, in.literal_far_points); }>,
+     Ask<[](In in) { return HasAny(in.icl_a, in.far_points); }>,
+     Ask<[](In in) { return HasAny(in.bitmap_a, in.far_points); }>},
     {"IsCrossSubnets",
-     [](auto& s, auto& in) { Repeat(s, [&] { return in.far.IsCrossSubnets(in.subnets); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { return literal::IsCrossSubnets(in.literal_far, in.literal_subnets); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { return boost::icl::intersects(in.icl_far, in.icl_subnets); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { return roaring_bitmap_intersect(in.bitmap_far.get(), in.bitmap_subnets.get()); }); }},
-    {"Cross of ranges",
-     [](auto& s, auto& in) { Repeat(s, [&] { CQELLongList out; return in.a.Cross(in.far, out); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { literal::Addresses out; return literal::Cross(in.literal_a, in.literal_far, out); }); },
-     nullptr, nullptr},
-    {"Cross of points",
-     [](auto& s, auto& in) { Repeat(s, [&] { CQELLongList out; return in.a.Cross(in.points, out); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { literal::Addresses out; return literal::CrossPoints(in.literal_a, in.literal_points, out); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { literal::Addresses out; for (const ulong32 p : in.points) { if (boost::icl::contains(in.icl_a, p)) out.push_back(p); } return out.empty(); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { literal::Addresses out; for (const ulong32 p : in.points) { if (roaring_bitmap_contains(in.bitmap_a.get(), p)) out.push_back(p); } return out.empty(); }); }},
-    {"GetCrossRange",
-     [](auto& s, auto& in) { Repeat(s, [&] { CQELRangeIPList out; return in.a.GetCrossRange(in.b, out); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { literal::Ranges out; return literal::GetCrossRange(in.literal_a, in.literal_b, out); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { IclSet out = in.icl_a & in.icl_b; return out.iterative_size(); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { Bitmap out(roaring_bitmap_and(in.bitmap_a.get(), in.bitmap_b.get())); return roaring_bitmap_is_empty(out.get()); }); }},
-    {"GetSubnetIPL",
-     [](auto& s, auto& in) { OnCopies(s, in.points, [&](auto& l) { in.subnets.GetSubnetIPL(l); }); },
-     [](auto& s, auto& in) { OnCopies(s, in.literal_points, [&](auto& l) { literal::GetSubnetIPL(in.literal_subnets, l); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { literal::Addresses out; for (const ulong32 p : in.points) { if (boost::icl::contains(in.icl_subnets, p)) out.push_back(p); } return out.empty(); }); },
-     [](auto& s, auto& in) { Repeat(s, [&] { literal::Addresses out; for (const ulong32 p : in.points) { if (roaring_bitmap_contains(in.bitmap_subnets.get(), p)) out.push_back(p); } return out.empty(); }); }},
+     Ask<[](In in) { return in.far.IsCrossSubnets(in.subnets); }>,
+     Ask<[](In in) { return literal::IsCrossSubnets(in.literal_far, in.literal_subnets); }>,
+     Ask<[](In in) { return boost::icl::intersects(in.icl_far, in.icl_subnets); }>,
+     Ask<[](In in) { return Cross(in.bitmap_far, in.bitmap_subnets); }>},
 };
+// clang-format on
 
 void Register(const Case& c, const char* contender, Runner run, std::size_t count) {
     if (!run) return;
     const std::string name =
-        "range lists, " + std::to_string(count) + "/" + c.operation + "/" + contender;
-    benchmark::RegisterBenchmark(name.c_str(), [run, count](benchmark::State& state) {
-        run(state, InputOf(count));
-    });
+        "range lists of " + std::to_string(count) + "/" + c.operation + "/" + contender;
+    benchmark::RegisterBenchmark(
+        name.c_str(), [run, count](benchmark::State& state) { run(state, InputOf(count)); });
 }
 
 }  // namespace

@@ -9,10 +9,16 @@
 #include <stdexcept>
 #include <utility>
 
+#include "blob/int64.h"
 #include "net/detail/exact_set.h"
 #include "net/detail/list_work.h"
 #include "net/detail/range_crossing.h"
 #include "net/detail/range_removal.h"
+
+static_assert(sizeof(CQELRangeIP) == sizeof(CQELInt64), "a range is such a number in two halves");
+static_assert(sizeof(CQELRangeIPList) == sizeof(std::list<CQELRangeIP>) + 2 * sizeof(void*) &&
+                  sizeof(CQELLongList) == sizeof(CQELRangeIPList),
+              "the virtual table, the list with its count, the save buffer");
 
 namespace {
 

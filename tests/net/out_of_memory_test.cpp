@@ -1,5 +1,5 @@
-// Every operation with every one of its allocations failing in turn. A program of its own: it
-// replaces the allocator.
+// Every operation with its allocations failing in turn: each of the first ones, then in growing steps.
+// A program of its own: it replaces the allocator.
 
 #include <gtest/gtest.h>
 
@@ -49,6 +49,8 @@ bool Succeeds(long allocations, Work work) {
     allocations_left = kNever;
     return true;
 }
+
+long Next(long allocations) { return allocations + 1 + allocations / 8; }
 
 // Ranges whose ends never agree with those of the other lists (`last_bit`), so that taking them away
 // twice is the same as once.
@@ -108,7 +110,7 @@ TEST(OutOfMemory, LeavesEveryListUnharmed) {
         const Lists before(count);
         for (const auto& operation : operations) {
             Lists lists = before;
-            for (long n = 0; !Succeeds(n, [&] { operation(lists); }); ++n) {
+            for (long n = 0; !Succeeds(n, [&] { operation(lists); }); n = Next(n)) {
                 ASSERT_TRUE(lists == before) << &operation - operations << " after " << n;
             }
         }
@@ -139,7 +141,7 @@ TEST(OutOfMemory, LosesNoAddressThatShouldStay) {
             ASSERT_NE(Expanded(before.ranges), expected);
             long n = 0;
             for (Lists lists = before; !Succeeds(n, [&] { operation(lists); });
-                 lists = before, ++n) {
+                 lists = before, n = Next(n)) {
                 operation(lists);  // does what the failure left undone
                 ASSERT_EQ(expected, Expanded(lists.ranges)) << &operation - operations << " " << n;
             }

@@ -317,8 +317,7 @@ TEST(RangeModel, EveryOperationGivesWhatItsStepsGive) {
 // So 20 cuts what came from the second before what came from the first.
 TEST(RangeModel, PiecesOfPiecesFollowThePlacesOfThosePieces) {
     const auto taken = Ranges({{8, 15}, {0, 0}, {12, 0}, {20, 20}});
-    const auto expected =
-        Ranges({{1, 11}, {3, 7}, {16, 19}, {13, 19}, {21, 22}, {21, kAll}});
+    const auto expected = Ranges({{1, 11}, {3, 7}, {16, 19}, {13, 19}, {21, 22}, {21, kAll}});
     auto list = Ranges({{0, 15}, {3, 22}}), indexed = list;
     EXPECT_EQ(Bits(expected), Bits(list -= taken));
     kit::RemoveRanges(indexed, taken, kAlwaysIndex);

@@ -6,6 +6,7 @@
 
 #include "net/ip_string.h"
 #include "net/range_lists.h"
+#include "support/formats_page.h"
 #include "text/qel_string.h"
 
 namespace {
@@ -46,6 +47,12 @@ TEST(RangeText, DumpsInTwoStyles) {
               kThree.DumpRangeIpList(2));
     EXPECT_EQ("", kThree.DumpRangeIpList(0));
     EXPECT_EQ("", kThree.DumpRangeIpList(3));
+}
+
+TEST(RangeText, DumpsAsTheFormatsPageShows) {
+    const auto list = Ranges({{0x0A000000, 0x0A0000FF}, {0xC0A8010A, 0}});
+    EXPECT_EQ(Fenced("style=1"), list.DumpRangeIpList(1));
+    EXPECT_EQ(Fenced("style=2"), list.DumpRangeIpList(2));
 }
 
 TEST(RangeText, AppendsADumpOfIdentifiersAndAddresses) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "net/range_lists.h"
+#include "support/formats_page.h"
 #include "support/guarded_buffer.h"
 
 namespace {
@@ -21,15 +22,16 @@ Bytes Save(StdListSafe<T>& list) {
     return Bytes(data, data + length);
 }
 
-// The worked example of docs/formats.md.
+// 10.0.0.0-10.0.0.255 and the point 192.168.1.10.
+const auto kRanges = Ranges({{0x0A000000, 0x0A0000FF}, {0xC0A8010A, 0}});
 const Bytes kRangeForm = {
-    0x00, 0x00, 0x00, 0x0A, 0xFF, 0x00, 0x00, 0x0A,  // 10.0.0.0-10.0.0.255
-    0x01, 0xA8, 0xC0, 0xC0, 0x00, 0x00, 0x00, 0x00,  // 192.192.168.1
+    0x00, 0x00, 0x00, 0x0A, 0xFF, 0x00, 0x00, 0x0A,  //
+    0x0A, 0x01, 0xA8, 0xC0, 0x00, 0x00, 0x00, 0x00,  //
 };
 const Bytes kAddressForm = {0x04, 0x03, 0x02, 0x01, 0xFF, 0xFF, 0xFF, 0xFF};
 
 TEST(ListForm, IsLittleEndianWithoutACount) {
-    auto ranges = Ranges({{0x0A000000, 0x0A0000FF}, {0xC0C0A801, 0}});
+    auto ranges = kRanges;
     auto addresses = Addresses({0x01020304, 0xFFFFFFFF});
     EXPECT_EQ(kRangeForm, Save(ranges));
     EXPECT_EQ(kAddressForm, Save(addresses));
@@ -38,10 +40,18 @@ TEST(ListForm, IsLittleEndianWithoutACount) {
 
     CQELRangeIPList loaded_ranges;
     loaded_ranges.Load(kRangeForm.data(), 16);
-    EXPECT_EQ(Bits(ranges), Bits(loaded_ranges));
+    EXPECT_EQ(Bits(kRanges), Bits(loaded_ranges));
     auto loaded_addresses = Addresses({7, 8, 9});
     loaded_addresses.Load(kAddressForm.data(), 8);
     EXPECT_EQ(addresses, loaded_addresses);
+}
+
+TEST(ListForm, IsTheOneOfTheFormatsPage) {
+    const std::string dump = DumpedBytes("dump=ranges");
+    EXPECT_EQ(kRangeForm, Bytes(dump.begin(), dump.end()));
+    CQELLongList addresses;
+    addresses.Load(kRangeForm.data(), 16);
+    EXPECT_EQ(Addresses({0x0A000000, 0x0A0000FF, 0xC0A8010A, 0}), addresses);
 }
 
 TEST(ListForm, OfAnEmptyListIsNothing) {

@@ -127,13 +127,14 @@ private:
 void IntersectionsIndexed(const RangeList& list, const RangeList& b, IntersectionSink& sink) {
     const std::vector<CQELRangeIP> ranges(list.begin(), list.end());
     OverlapIndex index;
+    // What an inverted range crosses has no address in common with it.
     for (std::uint32_t i = 0; i < ranges.size(); ++i) {
-        // What an inverted range crosses has no address in common with it.
         if (!IsInverted(ranges[i])) index.Add(ranges[i].from, LastOf(ranges[i]), i);
     }
     index.Build();
     std::vector<std::uint32_t> met;
     for (const auto& r : b) {
+        if (IsInverted(r)) continue;
         met.clear();
         index.ForEach(r.from, LastOf(r), [&](std::uint32_t i) { met.push_back(i); });
         std::sort(met.begin(), met.end());

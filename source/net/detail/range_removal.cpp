@@ -121,9 +121,15 @@ public:
               next_(from),
               one_by_one_(passes.always_.size() > passes.count_ / 8) {}
         // The next pass for the range as it now is; kNone at the end.
-        std::uint32_t Next(const CQELRangeIP& x);
+        std::uint32_t Next(const CQELRangeIP& x) {
+            const std::uint32_t found = one_by_one_ ? kNone : FindNext(x);
+            if (!one_by_one_) return found;
+            return next_ < passes_.count_ ? next_++ : kNone;
+        }
 
     private:
+        std::uint32_t FindNext(const CQELRangeIP& x);
+
         const Passes& passes_;
         std::uint32_t next_;
         std::uint32_t steps_ = 0;
@@ -140,19 +146,14 @@ private:
 // is the next. What ends that goes on pass by pass: inverted ranges, which keep addresses that were
 // taken from them, ranges that so many passes trim that asking costs more than trying, and many
 // passes that look at every range anyhow.
-std::uint32_t Passes::Walk::Next(const CQELRangeIP& x) {
-    if (!one_by_one_) {
-        const auto always = std::lower_bound(passes_.always_.begin(), passes_.always_.end(), next_);
-        const std::uint32_t other = always == passes_.always_.end() ? kNone : *always;
-        const std::uint32_t hit = passes_.hits_.Find(x.from, LastOf(x));
-        one_by_one_ = hit < next_ || steps_++ > 16 + passes_.count_ / 16;
-        if (!one_by_one_) {
-            const std::uint32_t found = (std::min)(hit, other);
-            next_ = found + 1;
-            return found;
-        }
-    }
-    return next_ < passes_.count_ ? next_++ : kNone;
+std::uint32_t Passes::Walk::FindNext(const CQELRangeIP& x) {
+    const auto always = std::lower_bound(passes_.always_.begin(), passes_.always_.end(), next_);
+    const std::uint32_t other = always == passes_.always_.end() ? kNone : *always;
+    const std::uint32_t hit = passes_.hits_.Find(x.from, LastOf(x));
+    one_by_one_ = hit < next_ || steps_++ > 16 + passes_.count_ / 16;
+    const std::uint32_t found = (std::min)(hit, other);
+    if (!one_by_one_) next_ = found + 1;
+    return found;
 }
 
 // --- Ranges, by index --------------------------------------------------------------------------------
@@ -338,9 +339,9 @@ public:
         Effect all = Effect::kNone;
         Passes::Walk walk(passes_, 0);
         for (std::uint32_t pass; !IsInverted(*x) && (pass = walk.Next(*x)) != Passes::kNone;) {
-            const Effect effect = TakeFromList(list, x, points_[pass], list.end());
-            if (effect != Effect::kNone) all = effect;
-            if (effect == Effect::kErased) return all;
+            if (!LiesIn(points_[pass], *x)) continue;
+            all = TakeFromList(list, x, points_[pass], list.end());
+            if (all == Effect::kErased) return all;
         }
         ++x;
         return all;
