@@ -109,6 +109,7 @@ int CQELIpToLong(const char* text, ulong32* address) {
     if (!text) return -1;
     std::uint32_t result = 0;
     const char* at = text;
+    // NOLINTNEXTLINE(misc-redundant-expression): each call steps on in the text
     const bool done = ReadShortField<'.'>(at, result) && ReadShortField<'.'>(at, result) &&
                       ReadShortField<'.'>(at, result) && ReadShortField<'\0'>(at, result);
     if (!done && ReadAnyText(text, result) != 0) return -1;

@@ -49,6 +49,8 @@ private:
     // The slot that holds `key`, or the free one where it belongs.
     std::size_t SlotOf(std::uint64_t key) const {
         const std::size_t last = table_.size() - 1;
+        // The table is never empty here, so the shift is below 64.
+        // NOLINTNEXTLINE(clang-analyzer-core.UndefinedBinaryOperatorResult)
         std::size_t slot = static_cast<std::size_t>((key * multiplier_) >> shift_);
         while (table_[slot] != key && table_[slot] != kNoElement) slot = (slot + 1) & last;
         return slot;
