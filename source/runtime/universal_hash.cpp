@@ -115,10 +115,12 @@ struct CQELUniversalHash::Engine {
         return node;
     }
 
-    // Which node ends a search is chance. As long as a table stays in the processor's caches a
-    // wrong guess of it costs more than the whole search, so the first two nodes, which end 19 of
-    // 20 searches in a full table, are looked at without a branch between them. In a larger table
+    // Which node ends a search is chance. As long as a table stays in the processor's caches, a
+    // wrong guess costs more than the whole search, so the first two nodes, which end 19 of 20
+    // searches in a full table, are looked at without a branch between them. In a larger table
     // guessing wins: it loads what comes next while memory is still waited for.
+    static bool IsCached(const Table& t) { return t.bucket_count_ <= 1 << 14; }
+
     template <int kSize>
     static unsigned char* FindWithoutGuess(unsigned char* node, const unsigned char* key,
                                            Fixed<kSize> size) {
@@ -134,8 +136,6 @@ struct CQELUniversalHash::Engine {
                                            Any size) {
         return FindInChain(node, key, size);
     }
-
-    static bool IsCached(const Table& t) { return t.bucket_count_ <= 1 << 14; }
 
     // --- The operations for one size of keys and one size of values -----------------------------
 
@@ -251,8 +251,10 @@ struct CQELUniversalHash::Engine {
         Table* successor = nullptr;
         new (std::nothrow) Table(2 * t.capacity_, t.key_size_, t.value_size_, &successor);
         if (!successor) return 2;
-        kOperations[t.operations_].add_all(*successor, t);
-        const int result = successor->Add(key, value);
+        const Operations& operations = kOperations[t.operations_];
+        operations.add_all(*successor, t);
+        const int result =
+            operations.add(*successor, static_cast<const unsigned char*>(key), value);
         successor->owner_ = t.owner_;
         *successor->owner_ = successor;
         delete &t;

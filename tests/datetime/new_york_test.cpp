@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "datetime/file_time.h"
+#include "datetime/tm_datetime.h"
 #include "datetime/zone.h"
 
 const Zone kZone = {-5 * 3600, true};
@@ -42,6 +43,31 @@ TEST(DateTimeInNewYork, CountsHoursAsTheyPass) {
     const std::int64_t midnight = CQELDateTime(2024, 11, 3, 0, 0, 0, 0);
     EXPECT_EQ(CQELDateTime(2024, 11, 3, 1, 30, 0, 0), CQELDateTime(midnight + 5400));
     EXPECT_EQ(CQELDateTime(2024, 11, 3, 1, 30, 0, 0), CQELDateTime(midnight + 9000));
+}
+
+TEST(TmSummerTime, MovesLocalValuesByAnHourEachTime) {
+    QEL::CDateTime value(std::int64_t{1721044800}, true);  // 15 July 2024, 12:00, put ahead
+    EXPECT_STREQ("13:00:00", value.TextTime(1));
+    value.Minute(30);  // takes the summer time away
+    EXPECT_STREQ("13:30:00", value.TextTime(1));
+    value.Minute(31);
+    EXPECT_STREQ("14:31:00", value.TextTime(1));
+    value.Minute(31);  // no change
+    EXPECT_STREQ("14:31:00", value.TextTime(1));
+    EXPECT_EQ(1, value.DayOfWeek());
+    EXPECT_STREQ("15:31:00", value.TextTime(1));
+    SYSTEMTIME st;
+    QEL::CDateTime(std::int64_t{1704063600}, true).GetAsSystemTime(st);  // 31 December, 23:00
+    EXPECT_STREQ("2024 1 0", CQELString().Format("%d %d %d", st.wYear, st.wMonth, st.wHour));
+}
+
+TEST(TmSummerTime, MakesLocalValuesThatCountAsStandardTime) {
+    const QEL::CDateTime winter(2024, 1, 31, 23, 30, 0, 0, true);
+    EXPECT_STREQ("01.02.2024 00:30:00", winter.TextDateTime(1, 1, 0));
+    EXPECT_EQ(1706743800, static_cast<long32>(winter));  // 31 January, 23:30
+    QEL::CDateTime utc(true);
+    winter.GetSystemTime(utc);
+    EXPECT_STREQ("01.02.2024 03:30:00", utc.TextDateTime(1, 1, 0));
 }
 
 }  // namespace

@@ -44,6 +44,7 @@ check() { # check NAME COMMAND...
 }
 
 says() { case $out in *"$1"*) true ;; *) false ;; esac; }
+lacks() { ! says "$1"; }
 ends_with() { [ "$status" = "$1" ]; }
 leaves_nothing() { ! ls "$scratch" | grep -q '\.part$'; }
 

@@ -5,13 +5,26 @@
 #include <new>
 
 namespace {
+int refused = 0;
 int allowed = INT_MAX;
-bool Allowed() { return allowed == INT_MAX || allowed-- > 0; }
+bool Allowed() {
+    if (refused > 0) {
+        --refused;
+        return false;
+    }
+    return allowed == INT_MAX || allowed-- > 0;
+}
 }  // namespace
 
 namespace failing_memory {
-After::After(int count) { allowed = count; }
-After::~After() { allowed = INT_MAX; }
+After::After(int count, int failing_first) {
+    refused = failing_first;
+    allowed = count;
+}
+After::~After() {
+    refused = 0;
+    allowed = INT_MAX;
+}
 }  // namespace failing_memory
 
 // The linker sends every call of malloc and calloc in this program here (--wrap).

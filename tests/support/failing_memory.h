@@ -4,11 +4,12 @@
 // failing_memory.cpp and is linked with -Wl,--wrap=malloc,--wrap=calloc.
 namespace failing_memory {
 
-// Lets `count` more allocations succeed and none after them, until the object is gone. malloc,
-// calloc and operator new(std::nothrow) count; those inside the standard library do not.
+// Until the object is gone: lets the next `failing_first` allocations fail, then `count` succeed, and
+// all others fail. malloc, calloc and operator new(std::nothrow) count; those inside the standard
+// library do not.
 class After {
 public:
-    explicit After(int count);
+    explicit After(int count, int failing_first = 0);
     ~After();
     After(const After&) = delete;
     After& operator=(const After&) = delete;

@@ -4,8 +4,12 @@
 
 #include <climits>
 #include <cstring>
+#include <string>
 
 #include "platform/windows.h"
+#include "support/guarded_buffer.h"
+
+#include <mbctype.h>  // last: its macros break the standard headers
 
 namespace {
 
@@ -114,6 +118,109 @@ TEST(Probes, RefuseWhatIsNoAddress) {
     EXPECT_EQ(0, QELIsValidAddress(&wild, UINT_MAX, 1));
     EXPECT_EQ(1, QELIsValidString("text", -1));
     EXPECT_EQ(0, QELIsValidAddress("text", 1, 1));  // constants cannot be written
+}
+
+// --- Search in blocks ----------------------------------------------------------------------------
+
+// Where both searches find `needle` in the block; -1 for nowhere. Nothing behind the block is there.
+int PlaceIn(const std::string& block, const char* needle, int size) {
+    GuardedBuffer buffer(block.data(), block.size());
+    const char* const hit = CTFStrStr(buffer.text(), needle, size);
+    EXPECT_EQ(hit, CTFStrStrA(buffer.text(), needle, size));
+    return hit ? static_cast<int>(hit - buffer.text()) : -1;
+}
+
+TEST(BlockSearch, GoesStringByStringWithinTheBlock) {
+    const std::string block("one\0two\0three\0", 14);
+    const struct {
+        const char* needle;
+        int size, place;
+    } cases[] = {
+        {"one", 14, 0},       {"two", 14, 4},    {"ree", 14, 10}, {"three", 14, 8},
+        {"four", 14, -1},     {"wo", 7, 5},      {"wo", 6, -1},  // ends just within, just outside
+        {"three", 13, 8},     {"three", 12, -1}, {"one", 3, 0},   {"one", 2, -1},
+        {"ne", 2, -1},        {"two", 0, -1},    {"ne", 0, 1},  // 0: the first string only
+        {"e", 14, 2},         {"", 14, 0},       {"", 0, 0},      {"one", -1, -1},
+        {"one", INT_MIN, -1},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << '"' << c.needle << "\" in " << c.size);
+        EXPECT_EQ(c.place, PlaceIn(block, c.needle, c.size));
+    }
+    EXPECT_EQ(nullptr, CTFStrStr(nullptr, "x", 5));
+    EXPECT_EQ(nullptr, CTFStrStrA("x", nullptr, 5));
+}
+
+TEST(BlockSearch, ReadsNoFurtherThanABlockWithoutItsLastTerminator) {
+    EXPECT_EQ(4, PlaceIn(std::string("one\0two", 7), "two", 7));
+    EXPECT_EQ(-1, PlaceIn(std::string("one\0two", 7), "two!", 7));
+    EXPECT_EQ(-1, PlaceIn("one", "next", 3));
+}
+
+TEST(BlockSearch, StepsOverWholeCharactersOrNot) {
+    const int before = _getmbcp();
+    ASSERT_EQ(0, _setmbcp(932));
+    // 83 5C is one character whose second byte is a backslash.
+    const std::string block("\x83\\a\\\0\x83\\", 7);
+    GuardedBuffer buffer(block.data(), block.size());
+    EXPECT_EQ(buffer.text() + 3, CTFStrStr(buffer.text(), "\\", 7));
+    EXPECT_EQ(buffer.text() + 1, CTFStrStrA(buffer.text(), "\\", 7));
+    EXPECT_EQ(buffer.text() + 5, CTFStrStr(buffer.text() + 5, "\x83\\", 2));
+    EXPECT_EQ(nullptr, CTFStrStr(buffer.text() + 5, "\\", 2));
+    EXPECT_EQ(nullptr, CTFStrStr(buffer.text() + 6, "a", 1));
+    _setmbcp(before);
+}
+
+// --- Patches -------------------------------------------------------------------------------------
+
+// The text after a patch, in a buffer that ends with the one character that may be added.
+std::string After(void (*patch)(char*), const std::string& text) {
+    GuardedBuffer buffer(text.size() + 2);
+    std::memcpy(buffer.text(), text.c_str(), text.size() + 1);
+    patch(buffer.text());
+    return buffer.text();
+}
+
+TEST(Slashes, AreAddedAndCutOnce) {
+    const struct {
+        const char *text, *checked, *cut;
+    } cases[] = {
+        {"C:", "C:\\", "C:"},       {"C:\\", "C:\\", "C:"}, {"C:\\\\", "C:\\\\", "C:\\"},
+        {"dir/", "dir/\\", "dir/"}, {"", "\\", ""},         {"\\", "\\", ""},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        EXPECT_EQ(c.checked, After(CheckEndSlash, c.text));
+        EXPECT_EQ(c.cut, After(CutEndSlash, c.text));
+    }
+    const std::string longer(40000, 'x');
+    EXPECT_EQ(longer + "\\", After(CheckEndSlash, longer));
+    EXPECT_EQ(longer, After(CutEndSlash, longer + "\\"));
+    CheckEndSlash(nullptr);
+    CutEndSlash(nullptr);
+}
+
+TEST(Slashes, ReplaceAPathThatBeginsBeyondAscii) {
+    EXPECT_EQ("\\", After(CheckEndSlash, "\xCF\xE0\xEF\xEA\xE0\\x"));
+    EXPECT_EQ("\\", After(CheckEndSlash, "\x80"));
+    EXPECT_EQ("D\xCF\\", After(CheckEndSlash, "D\xCF"));
+    EXPECT_EQ("\x7F\\", After(CheckEndSlash, "\x7F"));
+}
+
+TEST(TrimEndSpaces, CutsBlanksOnly) {
+    EXPECT_EQ(" a b", After(TrimEndSpaces, " a b  "));
+    EXPECT_EQ("a\t", After(TrimEndSpaces, "a\t "));
+    EXPECT_EQ("", After(TrimEndSpaces, "   "));
+    EXPECT_EQ("", After(TrimEndSpaces, ""));
+    TrimEndSpaces(nullptr);
+}
+
+TEST(NIKIn, ComparesUnsigned) {
+    EXPECT_EQ(-1, NIKIn(4, 5, 7));
+    EXPECT_EQ(0, NIKIn(5, 5, 7));
+    EXPECT_EQ(0, NIKIn(7, 5, 7));
+    EXPECT_EQ(1, NIKIn(0x80000000, 5, 7));
+    EXPECT_EQ(-1, NIKIn(6, 7, 5));  // an empty range: below it first
 }
 
 }  // namespace

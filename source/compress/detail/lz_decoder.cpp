@@ -93,10 +93,18 @@ void CopySpecial(unsigned char* dst, std::uint64_t count, Match match) {
     }
 }
 
-// Copies kLongest bytes.
+// Copies a block through registers, so that source and destination may overlap.
+template <std::size_t kSize>
+void CopyBlock(unsigned char* to, const unsigned char* from) {
+    unsigned char block[kSize];
+    std::memcpy(block, from, kSize);
+    std::memcpy(to, block, kSize);
+}
+
+// Copies kLongest bytes. Those of a match have no overlap; what is copied beyond them may be wrong.
 void CopyPlain(unsigned char* to, const unsigned char* from) {
-    std::memcpy(to, from, 16);
-    std::memcpy(to + 16, from + 16, 8);
+    CopyBlock<16>(to, from);
+    CopyBlock<8>(to + 16, from + 16);
 }
 
 // Whole groups with wide copies. Reads and writes more than a token has: see Decoder.

@@ -8,10 +8,6 @@ namespace {
 constexpr std::int64_t kSecondsPerDay = 86400;
 constexpr std::int64_t kRefused = -1;
 
-int WrappingSubtract(int a, int b) {
-    return static_cast<int>(static_cast<unsigned>(a) - static_cast<unsigned>(b));
-}
-
 // The same reading one day later.
 std::int64_t SecondsOfNextDay(tm reading) {
     if (reading.tm_mday == std::numeric_limits<int>::max()) return kRefused;
@@ -21,10 +17,25 @@ std::int64_t SecondsOfNextDay(tm reading) {
 
 }  // namespace
 
+LocalZone GetLocalZone() {
+    // Before its first use the runtime tells of a zone that it was built with.
+    [[maybe_unused]] static const bool ready = (::_tzset(), true);
+#ifdef _MSC_VER
+    long seconds_west, summer_bias;
+    int daylight;
+    ::_get_timezone(&seconds_west);
+    ::_get_daylight(&daylight);
+    ::_get_dstbias(&summer_bias);
+    return {seconds_west, daylight != 0, summer_bias};
+#else
+    return {_timezone, _daylight != 0, _dstbias};
+#endif
+}
+
 tm MakeReading(int year, int month, int day, int hour, int minute, int second, int daylight) {
     tm reading = {};
-    reading.tm_year = WrappingSubtract(year, 1900);
-    reading.tm_mon = WrappingSubtract(month, 1);
+    reading.tm_year = WrappingAdd(year, -1900);
+    reading.tm_mon = WrappingAdd(month, -1);
     reading.tm_mday = day;
     reading.tm_hour = hour;
     reading.tm_min = minute;

@@ -15,6 +15,19 @@ constexpr int kStandardTime = 0;
 constexpr int kSummerTime = 1;
 constexpr int kAsTheZoneSays = -1;
 
+// Sums and differences of fields that may have any value wrap around.
+constexpr int WrappingAdd(int a, int b) {
+    return static_cast<int>(static_cast<unsigned>(a) + static_cast<unsigned>(b));
+}
+
+// The local zone, as the C runtime has it from the variable TZ or else from the system.
+struct LocalZone {
+    std::int32_t seconds_west;  // of UTC, in standard time
+    bool has_summer_time;
+    std::int32_t summer_bias;  // -3600 for clocks one hour ahead; means nothing without summer time
+};
+LocalZone GetLocalZone();
+
 // Calendar fields as a `tm`, weekday and day of the year 0. Fields may have any value; month and
 // year wrap around where a `tm` cannot hold them.
 tm MakeReading(int year, int month, int day, int hour, int minute, int second, int daylight);

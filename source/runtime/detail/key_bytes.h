@@ -83,7 +83,7 @@ template <int kSize>
 bool Equal(const unsigned char* a, const unsigned char* b, Fixed<kSize>) {
     if constexpr (kSize < 8) return std::memcmp(a, b, kSize) == 0;
     std::uint64_t difference = 0;
-    for (int i = 0; i < kSize / 8; ++i) difference |= Load64(a + 8 * i) ^ Load64(b + 8 * i);
+    for (std::size_t i = 0; i < kSize; i += 8) difference |= Load64(a + i) ^ Load64(b + i);
     return difference == 0;
 }
 

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+
+#include "base/export.h"
+#include "base/types.h"
+#include "text/qel_string.h"
+
+namespace QEL {
+
+// A length of time: seconds (64-bit, signed) and milliseconds (32-bit, signed, normally 0..999).
+//
+// Everything that compares or adds works on the total milliseconds, for which the seconds are cut
+// to 32 bits and taken as unsigned. So spans are good for 136 years, and a negative one counts as a
+// very long one. Nothing throws; a plain value without locks.
+class QELKIT_API CTimeSpan {
+public:
+    CTimeSpan();
+    // Any values, each added as it is; the sum wraps in 32 bits.
+    CTimeSpan(int days, int hours, int minutes, int seconds, int milliseconds);
+    CTimeSpan(std::int64_t seconds, int milliseconds);
+    CTimeSpan(std::uint64_t milliseconds);
+    CTimeSpan(const CTimeSpan& other);
+    const CTimeSpan& operator=(const CTimeSpan& other);
+
+    std::uint64_t GetTotalMilliseconds() const;
+    long32 GetTotalSeconds() const;  // the low 32 bits
+    int GetMilliseconds() const { return milliseconds_; }
+
+    // The whole span in one unit, rounded toward zero; 32 bits.
+    long32 GetDays() const;
+    long32 GetTotalHours() const;
+    long32 GetTotalMinutes() const;
+    // What is left of it beyond the next larger unit.
+    int GetHours() const;
+    int GetMinutes() const;
+    int GetSeconds() const;
+
+    bool operator==(const CTimeSpan& other) const;
+    bool operator<(const CTimeSpan& other) const;
+    bool operator!=(const CTimeSpan& other) const { return !(*this == other); }
+    bool operator<=(const CTimeSpan& other) const { return !(other < *this); }
+    bool operator>(const CTimeSpan& other) const { return other < *this; }
+    bool operator>=(const CTimeSpan& other) const { return !(*this < other); }
+
+    CTimeSpan operator+(const CTimeSpan& other) const;
+    CTimeSpan operator-(const CTimeSpan& other) const;
+    CTimeSpan& operator+=(const CTimeSpan& other);
+    CTimeSpan& operator-=(const CTimeSpan& other);
+
+    // The picture with %D (days), %H, %M, %S (two digits at least) and %m (milliseconds, three
+    // digits) replaced; of any other character behind a "%" only the "%" goes. At most 255
+    // characters, and no half of a two-byte one. Null counts as "".
+    CQELString Format(const char* picture) const;
+
+private:
+    std::int64_t seconds_;
+    std::int32_t milliseconds_;
+};
+
+}  // namespace QEL

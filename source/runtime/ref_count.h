@@ -1,0 +1,59 @@
+#pragma once
+
+#include "base/export.h"
+#include "base/types.h"
+
+// An intrusive reference count for objects that one thread at a time handles. Unlike that of
+// CQELReference (reference.h) it starts at 0 and is not atomic: two threads must not change the
+// count of one object at the same time.
+//
+// Objects are created with `new`; the last Release deletes them. The virtual destructor and the
+// count right behind the table pointer are part of the binary interface.
+class QELKIT_API CRefCnt {
+public:
+    CRefCnt() = default;
+    // A copy is an object of its own; a count is never copied.
+    CRefCnt(const CRefCnt&) : CRefCnt() {}
+    CRefCnt& operator=(const CRefCnt&) { return *this; }
+    virtual ~CRefCnt();
+
+    // Each returns the new count.
+    long32 AddRef() { return ++count_; }
+    long32 Release() {
+        const long32 left = --count_;
+        if (left <= 0) delete this;
+        return left;
+    }
+
+private:
+    long32 count_ = 0;
+};
+
+// Holds an object derived from CRefCnt: one count for as long as it points there.
+template <typename T>
+class TRef {
+public:
+    TRef(T* object = nullptr) : object_(object) {
+        if (object_) object_->AddRef();
+    }
+    TRef(const TRef& other) : TRef(other.object_) {}
+    TRef(TRef&& other) noexcept : object_(other.object_) { other.object_ = nullptr; }
+    // By value: serves copying and moving, and itself.
+    TRef& operator=(TRef other) noexcept {
+        T* const mine = object_;
+        object_ = other.object_;
+        other.object_ = mine;
+        return *this;
+    }
+    ~TRef() {
+        if (object_) object_->Release();
+    }
+
+    T* get() const { return object_; }
+    T* operator->() const { return object_; }
+    T& operator*() const { return *object_; }
+    explicit operator bool() const { return object_ != nullptr; }
+
+private:
+    T* object_;
+};

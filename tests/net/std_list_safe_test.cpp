@@ -1,0 +1,116 @@
+#include "net/std_list_safe.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "net/range_lists.h"
+#include "support/guarded_buffer.h"
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+template <typename T>
+Bytes Save(StdListSafe<T>& list) {
+    unsigned int length = 0;
+    unsigned char* data = nullptr;
+    list.Save(length, data);
+    return Bytes(data, data + length);
+}
+
+// The worked example of docs/formats.md.
+const Bytes kRangeForm = {
+    0x00, 0x00, 0x00, 0x0A, 0xFF, 0x00, 0x00, 0x0A,  // 10.0.0.0-10.0.0.255
+    0x01, 0xA8, 0xC0, 0xC0, 0x00, 0x00, 0x00, 0x00,  // 192.192.168.1
+};
+const Bytes kAddressForm = {0x04, 0x03, 0x02, 0x01, 0xFF, 0xFF, 0xFF, 0xFF};
+
+TEST(ListForm, IsLittleEndianWithoutACount) {
+    auto ranges = Ranges({{0x0A000000, 0x0A0000FF}, {0xC0C0A801, 0}});
+    auto addresses = Addresses({0x01020304, 0xFFFFFFFF});
+    EXPECT_EQ(kRangeForm, Save(ranges));
+    EXPECT_EQ(kAddressForm, Save(addresses));
+    EXPECT_EQ(8, ranges.Sizeof());
+    EXPECT_EQ(4, addresses.Sizeof());
+
+    CQELRangeIPList loaded_ranges;
+    loaded_ranges.Load(kRangeForm.data(), 16);
+    EXPECT_EQ(Bits(ranges), Bits(loaded_ranges));
+    auto loaded_addresses = Addresses({7, 8, 9});
+    loaded_addresses.Load(kAddressForm.data(), 8);
+    EXPECT_EQ(addresses, loaded_addresses);
+}
+
+TEST(ListForm, OfAnEmptyListIsNothing) {
+    CQELLongList list;
+    unsigned char untouched = 0;
+    unsigned char* data = &untouched;
+    unsigned int length = 99;
+    list.Save(length, data);
+    EXPECT_EQ(0u, length);
+    EXPECT_EQ(&untouched, data);
+    list = Addresses({1, 2});
+    list.Load(nullptr, 8);
+    EXPECT_TRUE(list.empty());
+}
+
+TEST(ListForm, IsReadToTheLastWholeElementAndNoFurther) {
+    for (unsigned int length = 0; length <= 16; ++length) {
+        const GuardedBuffer cut(kRangeForm.data(), length);
+        const auto* data = const_cast<GuardedBuffer&>(cut).data();
+        auto ranges = Ranges({{1, 2}});
+        ranges.Load(data, length);
+        EXPECT_EQ(length / 8, ranges.size());
+        CQELLongList addresses;
+        addresses.Load(data, length);
+        EXPECT_EQ(length / 4, addresses.size());
+    }
+}
+
+TEST(ListForm, StaysWithItsListUntilTheNextSave) {
+    auto list = Addresses({0x01020304});
+    unsigned int length;
+    unsigned char* data;
+    list.Save(length, data);
+    auto copy = list;
+    CQELLongList assigned;
+    assigned = list;
+    unsigned char* copy_data;
+    copy.Save(length, copy_data);
+    EXPECT_NE(data, copy_data);
+    copy.clear();
+    copy.Save(length, copy_data);  // frees the copy's buffer only
+    EXPECT_EQ(0x04, data[0]);
+    list.push_back(5);
+    list.Load(data, 4);  // a list may read what it saved itself
+    EXPECT_EQ(Addresses({0x01020304}), list);
+    const CQELLongList moved = std::move(list);
+    EXPECT_EQ(0x01, data[3]);  // the buffer moves along
+    EXPECT_EQ(Addresses({0x01020304}), moved);
+    EXPECT_EQ(moved, assigned);
+}
+
+TEST(RemoveList, RemovesEveryEqualElement) {
+    auto addresses = Addresses({1, 2, 1, 3, 2});
+    addresses.RemoveList(Addresses({2, 9, 1}));
+    EXPECT_EQ(Addresses({3}), addresses);
+    auto ranges = Ranges({{5, 0}, {1, 5}, {5, 5}, {9, 2}});
+    ranges.RemoveList(Ranges({{5, 5}, {9, 3}}));
+    EXPECT_EQ(Bits(Ranges({{1, 5}, {9, 2}})), Bits(ranges));
+    ranges.RemoveList(ranges);
+    EXPECT_TRUE(ranges.empty());
+}
+
+// Lists as a base: through it, callers reach the operations of whatever list there is.
+TEST(ListForm, IsReachedThroughTheBase) {
+    CQELRangeIPList ranges;
+    StdListSafe<CQELRangeIP>& base = ranges;
+    base.Load(kRangeForm.data(), 8);
+    EXPECT_EQ(8, base.Sizeof());
+    EXPECT_EQ(Bits(Ranges({{0x0A000000, 0x0A0000FF}})), Bits(ranges));
+}
+
+}  // namespace

@@ -1,0 +1,118 @@
+#include "runtime/thread_binder.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <thread>
+#include <vector>
+
+#include "support/import_patch.h"
+
+namespace {
+
+#ifdef _MSC_VER
+constexpr int kInvocation = 5;
+#else
+constexpr int kInvocation = 6;
+#endif
+
+using Worker = TRef<QEL::IThreadBinder>;
+
+std::atomic<int> g_functions{0};  // alive
+
+class Function : public QEL::IFunction {
+public:
+    explicit Function(std::function<void()> work) : work_(std::move(work)) { ++g_functions; }
+    ~Function() override { --g_functions; }
+    void Invoke() override { work_(); }
+
+private:
+    const std::function<void()> work_;
+};
+
+void Post(const Worker& worker, std::function<void()> work) {
+    worker->BindInvoke(new Function(std::move(work)));
+}
+
+std::vector<int> Numbers(int count) {
+    std::vector<int> numbers(count);
+    for (int i = 0; i < count; ++i) numbers[i] = i;
+    return numbers;
+}
+
+TEST(ThreadBinder, RunsEachFunctionOnceInEachPostersOrder) {
+    constexpr int kPosters = 4, kEach = 25000;
+    std::vector<int> ran[kPosters];
+    DWORD ran_by = 0;
+    {
+        const Worker worker = QEL::CreateSimpleThreadBinder();
+        std::vector<std::thread> posters;
+        for (auto& numbers : ran) {
+            posters.emplace_back([&] {
+                for (int i = 0; i < kEach; ++i) Post(worker, [&, i] { numbers.push_back(i); });
+            });
+        }
+        for (auto& poster : posters) poster.join();
+        Post(worker, [&] { ran_by = GetCurrentThreadId(); });
+        worker->BindInvoke(nullptr);
+    }  // waits for all of them
+    for (const auto& numbers : ran) EXPECT_EQ(Numbers(kEach), numbers);
+    EXPECT_NE(GetCurrentThreadId(), ran_by);
+    EXPECT_EQ(0, g_functions);
+}
+
+// Behind the destructor, which takes one place or two, and four reserved ones.
+TEST(ThreadBinder, FindsTheInvocationInItsPlaceOfTheTable) {
+    int runs = 0;
+    Function function([&] { ++runs; });
+    using Invocation = void (*)(QEL::IFunction*);
+    (*reinterpret_cast<Invocation* const*>(&function))[kInvocation](&function);
+    EXPECT_EQ(1, runs);
+}
+
+TEST(ThreadBinder, LeavesNoHandleAndNoThread) {
+    DWORD before = 0, after = 0;
+    QEL::CreateSimpleThreadBinder();  // what the system makes once
+    GetProcessHandleCount(GetCurrentProcess(), &before);
+    for (int i = 0; i < 1000; ++i) QEL::CreateSimpleThreadBinder();
+    GetProcessHandleCount(GetCurrentProcess(), &after);
+    EXPECT_EQ(before, after);
+}
+
+// Three of four posts find the queue full.
+BOOL WINAPI PostIntoANarrowQueue(DWORD thread, UINT message, WPARAM wparam, LPARAM lparam) {
+    static std::atomic<unsigned> count{0};
+    if (++count % 4 == 0) return PostThreadMessageA(thread, message, wparam, lparam);
+    SetLastError(ERROR_NOT_ENOUGH_QUOTA);
+    return FALSE;
+}
+
+TEST(ThreadBinder, LosesNothingWhileTheQueueIsFull) {
+    const ImportPatch post(kLibrary, "PostThreadMessageA", &PostIntoANarrowQueue);
+    std::vector<int> from_outside, from_worker;
+    {
+        const Worker worker = QEL::CreateSimpleThreadBinder();
+        for (int i = 0; i < 20; ++i) Post(worker, [&, i] { from_outside.push_back(i); });
+        Post(worker, [&, binder = worker.get()] {
+            for (int i = 0; i < 20; ++i) {
+                binder->BindInvoke(new Function([&, i] { from_worker.push_back(i); }));
+            }
+        });
+    }
+    EXPECT_EQ(Numbers(20), from_outside);
+    EXPECT_EQ(Numbers(20), from_worker);
+}
+
+HANDLE WINAPI NoThread(SECURITY_ATTRIBUTES*, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD, DWORD*) {
+    return nullptr;
+}
+
+TEST(ThreadBinder, ReleasesFunctionsUnrunWithoutAThread) {
+    const ImportPatch thread(kLibrary, "CreateThread", &NoThread);
+    const int before = g_functions;
+    Post(QEL::CreateSimpleThreadBinder(), [] { ADD_FAILURE(); });
+    EXPECT_EQ(before, g_functions);
+}
+
+}  // namespace
