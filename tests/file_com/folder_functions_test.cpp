@@ -5,7 +5,7 @@
 #include <string>
 
 #include "support/temp_folder.h"
-#include "working_folder.h"
+#include "support/working_folder.h"
 
 namespace {
 

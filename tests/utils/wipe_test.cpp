@@ -29,12 +29,10 @@ std::size_t __cdecl CountOnly(const void*, std::size_t size, std::size_t count, 
 }
 std::size_t __cdecl FailToWrite(const void*, std::size_t, std::size_t, FILE*) { return 0; }
 
-class WipeFile : public ::testing::Test {
+class WipeFile : public ::testing::Test, protected TempFolder {
 protected:
-    WipeFile() { folder = &folder_; }
-    ulong32 Wipe() { return QELUtils::WipeFile((folder_ / "file").c_str()); }
-
-    const TempFolder folder_;
+    WipeFile() { folder = this; }
+    ulong32 Wipe() { return QELUtils::WipeFile((*this / "file").c_str()); }
 };
 
 // Every other word inverted.
@@ -48,16 +46,15 @@ TEST_F(WipeFile, OverwritesEverythingThreeTimes) {
     for (const std::size_t size : {0, 1, 16383, 16384, 16385, 1000003}) {
         SCOPED_TRACE(size);
         after_pass.clear();
-        const std::string before(size, 'x');
-        folder_.Write("file", before);
+        Write("file", std::string(size, 'x'));
         std::srand(5);
         EXPECT_EQ(0u, Wipe());
-        EXPECT_FALSE(folder_.Has("file"));
+        EXPECT_FALSE(Has("file"));
         ASSERT_EQ(3u, after_pass.size());
         for (const auto& content : after_pass) ASSERT_EQ(size, content.size());
         EXPECT_TRUE(Inverted(after_pass[0]) == after_pass[1]);
         if (size == 0) continue;
-        EXPECT_NE(before.back(), after_pass[0].back());
+        EXPECT_NE('x', after_pass[0].back());
         EXPECT_NE(after_pass[1], after_pass[2]);
         std::srand(5);
         EXPECT_EQ(static_cast<char>(std::rand()), after_pass[0][0]);
@@ -65,25 +62,24 @@ TEST_F(WipeFile, OverwritesEverythingThreeTimes) {
 }
 
 TEST_F(WipeFile, TakesLengthsBeyond32Bits) {
-    SetLength(folder_.Write("file", ""), 0x100000007);
+    SetLength(Write("file", ""), 0x100000007);
     const ImportPatch write(kLibrary, "fwrite", &CountOnly);
     EXPECT_EQ(0u, Wipe());
     EXPECT_EQ(3u * 0x100000007u, written);
-    EXPECT_FALSE(folder_.Has("file"));
+    EXPECT_FALSE(Has("file"));
 }
 
 TEST_F(WipeFile, ReadOnlyGoesAndWhatCannotBeWipedStays) {
-    SetFileAttributesA(folder_.Write("file", "1").c_str(), FILE_ATTRIBUTE_READONLY);
+    SetFileAttributesA(Write("file", "1").c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(0u, Wipe());
-    EXPECT_FALSE(folder_.Has("file"));
-    EXPECT_EQ(2u, Wipe());
+    EXPECT_EQ(2u, Wipe());  // it is gone
     EXPECT_EQ(206u, QELUtils::WipeFile(std::string(260, 'a').c_str()));
-    HeldFile held(folder_.Write("file", "1"));
+    HeldFile held(Write("file", "1"));
     EXPECT_EQ(32u, Wipe());
     held.Release();
     const ImportPatch write(kLibrary, "fwrite", &FailToWrite);
     EXPECT_NE(0u, Wipe());
-    EXPECT_EQ("1", folder_.Read("file"));
+    EXPECT_EQ("1", Read("file"));
 }
 
 }  // namespace
