@@ -25,7 +25,7 @@ install(FILES "${PROJECT_BINARY_DIR}/qelkit2Config.cmake"
   "${PROJECT_BINARY_DIR}/qelkit2ConfigVersion.cmake" DESTINATION ${config_folder})
 
 # The pkg-config file finds the rest from where it lies itself.
-file(RELATIVE_PATH QELKIT_PC_TO_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+file(RELATIVE_PATH QELKIT_PC_TO_PREFIX "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
 configure_file("${CMAKE_CURRENT_LIST_DIR}/qelkit2.pc.in" "${PROJECT_BINARY_DIR}/qelkit2.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/qelkit2.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
@@ -39,5 +39,6 @@ set(CPACK_GENERATOR ZIP)
 set(CPACK_PACKAGE_NAME qelkit2)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_FILE_NAME qelkit2-${PROJECT_VERSION}-win64)
+set(CPACK_POST_BUILD_SCRIPTS "${CMAKE_CURRENT_LIST_DIR}/NormaliseZip.cmake")
 set(CPACK_VERBATIM_VARIABLES ON)
 include(CPack)
