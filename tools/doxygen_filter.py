@@ -112,6 +112,7 @@ class Filter:
             self.close_group()
             self.group = indent
             self.say(indent, [f"@name {escape(section.group(1))}", *render(text[1:], ()), "@{"])
+            self.out.append("")
             self.about, self.about_group = [], text[1:]
         elif followed_by_blank and not self.file_told and not indent:
             self.tell_file(text)
@@ -136,7 +137,7 @@ class Filter:
         about = self.about or self.about_group
         if own and (self.shared or not self.about):
             self.say(indent, [own])
-        elif about and not head.startswith(("#", "}")):
+        elif about and not re.match(r"#(?!define)|}", head):
             self.say(indent, render(about, re.findall(r"\w+", head)))
             self.shared = True
         code, remark = trailing_comment(chunk[-1])
@@ -164,21 +165,23 @@ def take_comment(lines, i):
 
 def take_declaration(lines, i):
     """The lines of the declaration that begins at line i, and the line behind it."""
-    round_, curly, end = 0, 0, i
-    while True:
-        code = code_only(lines[end]).rstrip()
+    if lines[i].startswith("#"):
+        end = i + 1
+        while lines[end - 1].endswith("\\"):
+            end += 1
+        return lines[i:end], end
+    head, end = "", i
+    while end < len(lines):
+        head = f"{head} {code_only(lines[end]).strip()}".strip()
         end += 1
-        round_ += code.count("(") - code.count(")")
-        curly += code.count("{") - code.count("}")
-        head = code_only(lines[i]).strip()
-        if head.startswith("#"):
-            if not lines[end - 1].endswith("\\"):
-                return lines[i:end], end
-        elif round_ == 0 and (CONTAINER.match(head) and code.endswith("{") or
-                              curly <= 0 and code.endswith((";", "}", ",", ":")) or
-                              end == len(lines) or CONTAINER.match(head) is None and
-                              curly <= 0 and re.match(r"^\w+$", code.strip())):
-            return lines[i:end], end
+        if head.count("(") != head.count(")"):
+            continue
+        if CONTAINER.match(head) and head.endswith("{"):
+            break
+        if head.count("{") <= head.count("}") and (
+                head.endswith((";", "}", ",", ":")) or re.fullmatch(r"\w+", head)):
+            break
+    return lines[i:end], end
 
 
 def is_comment(line):
