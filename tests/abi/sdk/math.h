@@ -19,8 +19,8 @@ QELKIT_SDK_LONG(trunc)
 QELKIT_SDK_TWO(atan2)  QELKIT_SDK_TWO(fmin)    QELKIT_SDK_TWO(fmod)   QELKIT_SDK_TWO(copysign)
 QELKIT_SDK_TWO(fdim)   QELKIT_SDK_TWO(fmax)    QELKIT_SDK_TWO(hypot)  QELKIT_SDK_TWO(nextafter)
 QELKIT_SDK_TWO(pow)    QELKIT_SDK_TWO(remainder) QELKIT_SDK_TWO(nexttoward)
-// clang-format on
 double erfc(double);
+// clang-format on
 float erfcf(float);
 long double frexpl(long double, int*);
 long double ldexpl(long double, int);
