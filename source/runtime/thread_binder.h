@@ -28,10 +28,12 @@ namespace QEL {
 class QELKIT_API IFunction : public CRefCnt {
 public:
     ~IFunction() override;
+    // Do nothing and are never called.
     virtual void Reserved1();
     virtual void Reserved2();
     virtual void Reserved3();
     virtual void Reserved4();
+    // The work; called once for each BindInvoke, on the worker.
     virtual void Invoke() = 0;
 };
 
