@@ -44,9 +44,9 @@ public:
 
     // Adds a reference to `function` and posts it; the worker drops that reference after it has run
     // the function. Null does nothing. Any thread may post, the worker too. While the worker's
-    // queue is full (10,000 functions by default) the call waits; only what the worker then posts
-    // to itself is kept aside until there is room. A function that cannot be posted because there
-    // is no worker is released unrun.
+    // queue is full (10,000 functions by default) the call waits; only what the worker then posts to
+    // itself is kept aside until there is room. A function that cannot be posted because there is
+    // no worker is released unrun.
     virtual void BindInvoke(IFunction* function) = 0;
 };
 

@@ -15,15 +15,19 @@
 
 namespace kit {
 
-#ifdef _MSC_VER
+#if defined(__GNUC__) || defined(__clang__)
+#define QELKIT_SSSE3 __attribute__((target("ssse3")))
+#else
 #define QELKIT_SSSE3
+#endif
+
+#ifdef _MSC_VER
 inline bool DetectSsse3() {
     int registers[4];
     __cpuid(registers, 1);
     return (registers[2] >> 9 & 1) != 0;
 }
 #else
-#define QELKIT_SSSE3 __attribute__((target("ssse3")))
 inline bool DetectSsse3() {
     __builtin_cpu_init();
     return __builtin_cpu_supports("ssse3") != 0;

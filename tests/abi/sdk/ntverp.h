@@ -1,0 +1,3 @@
+#pragma once
+
+#define VER_PRODUCTBUILD 7600

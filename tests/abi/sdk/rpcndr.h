@@ -1,0 +1,6 @@
+#pragma once
+#include_next <rpcndr.h>
+
+// __uuidof needs the identifiers.
+#undef MIDL_INTERFACE
+#define MIDL_INTERFACE(id) struct __declspec(uuid(id)) __declspec(novtable)
