@@ -23,7 +23,7 @@ void Locks(WineBench& bench) {
     DeleteCriticalSection(&section);
 }
 
-constexpr int kPosts = 4000;  // below what a queue holds
+constexpr int kPosts = 100000;  // ten times what a queue holds
 std::atomic<int> g_ran{0};
 
 void AwaitAll() {
@@ -45,7 +45,7 @@ DWORD WINAPI TakeMessages(void* ready) {
 
 void Workers(WineBench& bench) {
     const TRef<QEL::IThreadBinder> worker = QEL::CreateSimpleThreadBinder();
-    bench.Run("runtime/4000 functions on a worker/qelkit", [&] {
+    bench.Run("runtime/100,000 functions on a worker/qelkit", [&] {
         for (int i = 0; i < kPosts; ++i) worker->BindInvoke(new Count);
         AwaitAll();
     });
@@ -53,8 +53,10 @@ void Workers(WineBench& bench) {
     DWORD id;
     const HANDLE thread = CreateThread(nullptr, 0, &TakeMessages, ready, 0, &id);
     WaitForSingleObject(ready, INFINITE);
-    bench.Run("runtime/4000 functions on a worker/bare", [&] {
-        for (int i = 0; i < kPosts; ++i) PostThreadMessageA(id, WM_USER, 0, 0);
+    bench.Run("runtime/100,000 functions on a worker/bare", [&] {
+        for (int i = 0; i < kPosts; ++i) {
+            while (!PostThreadMessageA(id, WM_USER, 0, 0)) Sleep(1);  // the queue is full
+        }
         AwaitAll();
     });
     PostThreadMessageA(id, WM_QUIT, 0, 0);

@@ -4,7 +4,9 @@ include_guard(GLOBAL)
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
-set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+if(NOT CMAKE_RUNTIME_OUTPUT_DIRECTORY)  # a project around this one may have its own
+  set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+endif()
 
 add_library(qelkit_flags INTERFACE)
 target_include_directories(qelkit_flags INTERFACE "${PROJECT_SOURCE_DIR}/source")
@@ -14,6 +16,16 @@ else()
   # GCC 12 sees overlapping copies inside std::string where there are none.
   target_compile_options(qelkit_flags INTERFACE -Wall -Wextra -Wpedantic
     $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict> $<$<BOOL:${QELKIT_WERROR}>:-Werror>)
+endif()
+# The same bytes from every build folder: no path of it and no time of day gets into them.
+if(MSVC)
+  target_link_options(qelkit_flags INTERFACE /Brepro)
+else()
+  target_compile_options(qelkit_flags INTERFACE
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
+  if(MINGW)
+    target_link_options(qelkit_flags INTERFACE -Wl,--no-insert-timestamp)
+  endif()
 endif()
 if(QELKIT_SANITIZE)
   set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -19,6 +19,8 @@
 
 #include <windows.h>
 
+#include "../console/utf8.h"
+
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -31,16 +33,6 @@ struct Request {
     std::vector<QEL::FILENAME_MASK> masks;
     bool everything = false;  // no mask was given
 };
-
-// The library speaks the ANSI code page, a terminal of today UTF-8.
-std::string Utf8(const char* ansi) {
-    std::vector<wchar_t> wide(std::strlen(ansi) + 1);
-    MultiByteToWideChar(CP_ACP, 0, ansi, -1, wide.data(), static_cast<int>(wide.size()));
-    std::vector<char> utf8(wide.size() * 3);
-    WideCharToMultiByte(CP_UTF8, 0, wide.data(), -1, utf8.data(), static_cast<int>(utf8.size()),
-                        nullptr, nullptr);
-    return utf8.data();
-}
 
 double Megabytes(std::uint64_t bytes) { return static_cast<double>(bytes) / 1e6; }
 

@@ -12,6 +12,8 @@
 
 #include <windows.h>
 
+#include "../console/utf8.h"
+
 namespace {
 
 using Info = QELUtils::CLibraryInfo::DLLINFO;
@@ -36,16 +38,6 @@ constexpr struct {
     {"Character set", &Info::character_set},
     {"Date", &Info::file_date},
 };
-
-// The library speaks the ANSI code page, a terminal of today UTF-8.
-std::string Utf8(const char* ansi) {
-    std::vector<wchar_t> wide(std::strlen(ansi) + 1);
-    MultiByteToWideChar(CP_ACP, 0, ansi, -1, wide.data(), static_cast<int>(wide.size()));
-    std::vector<char> utf8(wide.size() * 3);
-    WideCharToMultiByte(CP_UTF8, 0, wide.data(), -1, utf8.data(), static_cast<int>(utf8.size()),
-                        nullptr, nullptr);
-    return utf8.data();
-}
 
 bool Show(const char* path) {
     std::printf("%s\n", Utf8(path).c_str());

@@ -18,6 +18,8 @@
 
 #include <windows.h>
 
+#include "../console/utf8.h"
+
 namespace {
 
 using Sections = std::list<CConfigFileSectionListItem>;
@@ -26,16 +28,6 @@ constexpr auto kMode = CQelReg::kWrite | CQelReg::kCreate;
 constexpr auto kSection = kit::Cp1251(u"Пользователь");
 constexpr auto kName = kit::Cp1251(u"Имя");
 constexpr auto kIvan = kit::Cp1251(u"Иван Ёлкин");
-
-// The library speaks the ANSI code page, a terminal of today UTF-8.
-std::string Utf8(const char* ansi) {
-    std::vector<wchar_t> wide(std::strlen(ansi) + 1);
-    MultiByteToWideChar(CP_ACP, 0, ansi, -1, wide.data(), static_cast<int>(wide.size()));
-    std::vector<char> utf8(wide.size() * 3);
-    WideCharToMultiByte(CP_UTF8, 0, wide.data(), -1, utf8.data(), static_cast<int>(utf8.size()),
-                        nullptr, nullptr);
-    return utf8.data();
-}
 
 // --- The file ------------------------------------------------------------------------------------
 

@@ -11,7 +11,7 @@
 
 namespace kit {
 
-// The byte of one character in code page 1251. Covers ASCII, the Russian alphabet and the few
+// The byte of the character `c` in code page 1251. Covers ASCII, the Russian alphabet and the few
 // signs that our texts use; any other character is an error, at compile time where it is constant.
 constexpr char ToCp1251(char16_t c) {
     constexpr struct {

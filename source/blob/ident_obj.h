@@ -7,13 +7,14 @@
 class CQELFile;
 class CQELString;
 
-// <wincrypt.h> names the structure after its uses and leaves out the name that they share.
+// The platform's structure of a byte count and a pointer. <wincrypt.h> names it after its uses and
+// leaves out the name that they share.
 using CRYPTOAPI_BLOB = struct _CRYPTOAPI_BLOB;
 
 // A block of bytes that the object owns: identifiers, keys, certificate fields. The platform's
 // structure is its base, so that an IdentObj* converts to the CRYPTOAPI_BLOB* (DATA_BLOB*,
-// CERT_NAME_BLOB* ..) of the platform's cryptographic functions. (Not by way of void*: the structure
-// does not lie at the beginning of the object.)
+// CERT_NAME_BLOB* ..) of the platform's cryptographic functions. (Not by way of void*: the
+// structure does not lie at the beginning of the object.)
 //
 //     IdentObj secret("key", 3), sealed;
 //     DATA_BLOB out;
@@ -35,13 +36,16 @@ using CRYPTOAPI_BLOB = struct _CRYPTOAPI_BLOB;
 // binary interface: add only at the end.
 class QELKIT_API IdentObj : public CRYPTOAPI_BLOB {
 public:
+    // No bytes.
     IdentObj();
     // `size` bytes: those at `data`, or zeros when it is null.
     IdentObj(const void* data, ulong32 size);
+    // A copy of the bytes of `other`, which stay its own.
     IdentObj(const CRYPTOAPI_BLOB& other);
     IdentObj(const IdentObj& other);
     virtual ~IdentObj();
 
+    // Copies the bytes.
     IdentObj& operator=(const IdentObj& other);
     IdentObj& operator=(const CRYPTOAPI_BLOB& other);
     // The bytes of a text without its terminator; null and "" make the blob empty.
@@ -59,6 +63,7 @@ public:
     void AddData(const void* data, ulong32 size);
     // Frees the bytes.
     virtual void Empty();
+    // Whether there are no bytes.
     bool IsEmpty() const;
 
     // The bytes of a blob in reverse order.
@@ -68,8 +73,8 @@ public:
     ulong32 SetByHexString(const char* hex);
 
     // --- Comparison ------------------------------------------------------------------------------
-    // Equal: the same count and bytes. Less: the shorter one; of equal length, by the first byte that
-    // differs, unsigned.
+    // Equal: the same count and bytes. Less: the shorter one; of equal length, by the first byte
+    // that differs, unsigned.
 
     bool operator==(const IdentObj& other) const;
     bool operator!=(const IdentObj& other) const;
@@ -87,14 +92,14 @@ public:
     ulong32 GetObjectSize() const;
 
     // Reads the serial form at `offset` of an open file, or at its position when `offset` is
-    // 0xFFFFFFFF. Returns the bytes read, 4 + byte count. Returns 0 and leaves the content alone when
-    // the file ends at or before `offset`, its length or position cannot be had, the count is not
-    // all there or is greater than the length from `offset` (without one: of the whole file).
+    // 0xFFFFFFFF. Returns the bytes read, 4 + byte count. Returns 0 and leaves the content alone
+    // when the file ends at or before `offset`, its length or position cannot be had, the count is
+    // not all there or is greater than the length from `offset` (without one: of the whole file).
     // Returns 0 and leaves the blob empty when fewer bytes follow than the count says. A file that
     // raises its errors throws XQELFile; the content is then as it was.
     ulong32 ReadData(const CQELFile& file, ulong32 offset);
-    // Reads the serial form from a buffer of `size` bytes. Returns the bytes read, 4 + byte count; 0
-    // for a null buffer or one that does not hold all, and the content is then as it was.
+    // Reads the serial form from a buffer of `size` bytes. Returns the bytes read, 4 + byte count;
+    // 0 for a null buffer or one that does not hold all, and the content is then as it was.
     ulong32 ReadData(const void* buffer, ulong32 size);
 
     // Writes the serial form at `offset` of an open file, or at its position when `offset` is

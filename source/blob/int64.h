@@ -17,21 +17,25 @@
 // binary interface. An object belongs to one thread at a time.
 class QELKIT_API CQELInt64 {
 public:
+    // 0.
     CQELInt64();
-    // The high half is 0.
+    // The number of these halves; without `high` it is 0. `low` is the lower 32 bits.
     CQELInt64(ulong32 low);
     CQELInt64(ulong32 low, ulong32 high);
+    // The 64 bits of `value`.
     CQELInt64(std::int64_t value);
     CQELInt64(std::uint64_t value);
     // Sign-extended; without it the literal 1 would fit several of the others equally.
     CQELInt64(int value) : CQELInt64(std::int64_t{value}) {}
 
+    // Takes the 64 bits of `value`.
     CQELInt64& operator=(std::int64_t value);
     // Sign-extended.
     CQELInt64& operator=(const int& value);
     // Zero-extended.
     CQELInt64& operator=(const ulong32& value);
 
+    // Modulo 2^64.
     CQELInt64& operator+=(const CQELInt64& other);
     CQELInt64& operator-=(const CQELInt64& other);
     CQELInt64& operator*=(const CQELInt64& other);
@@ -39,8 +43,10 @@ public:
     CQELInt64& operator+=(const int& value);
     // Zero-extended.
     CQELInt64& operator+=(const ulong32& value);
+    // The difference, modulo 2^64.
     CQELInt64 operator-(const CQELInt64& other) const;
 
+    // By the 64 bits, read as unsigned.
     bool operator==(const CQELInt64& other) const;
     bool operator!=(const CQELInt64& other) const;
     bool operator<(const CQELInt64& other) const;

@@ -21,13 +21,13 @@ public:
     // called; with any other value Compress() and Decompress() do the work.
     virtual unsigned char ChooseMethod() = 0;
 
-    // Writes a whole container, header included, with a method byte other than 1 and 2 at offset
-    // 16. *dst_len is the room in dst on entry and should be the bytes written on success. What it
-    // returns is what CompressMemory2() returns.
+    // Compresses src[0, src_len) into a whole container at dst, header included, with a method byte
+    // other than 1 and 2 at offset 16. *dst_len is the room in dst on entry and should be the bytes
+    // written on success. What it returns is what CompressMemory2() returns.
     virtual int Compress(const void* src, ulong32 src_len, void* dst, ulong32* dst_len) = 0;
 
-    // Takes a whole container apart. The meaning of *dst_len on entry is between the caller and
-    // this object. What it returns is what DecompressMemory2() returns.
+    // Takes the whole container at src apart, into dst. The meaning of *dst_len on entry is between
+    // the caller and this object. What it returns is what DecompressMemory2() returns.
     virtual int Decompress(const void* src, void* dst, ulong32* dst_len) = 0;
 };
 
@@ -42,8 +42,9 @@ public:
 QELKIT_API int CompressMemory(const void* src, ulong32 src_len, void* dst, ulong32* dst_len,
                               unsigned char method);
 
-// As CompressMemory() with the method that the callback chooses, or with method 1 without a
-// callback. For methods other than 1 and 2 the result is that of callback->Compress().
+// As CompressMemory(src, src_len, dst, dst_len, method) with the method that the callback chooses,
+// or with method 1 without a callback. For methods other than 1 and 2 the result is that of
+// callback->Compress().
 QELKIT_API int CompressMemory2(const void* src, ulong32 src_len, void* dst, ulong32* dst_len,
                                CAbstractCallbackCompress* callback);
 
@@ -58,8 +59,8 @@ QELKIT_API int CompressMemory2(const void* src, ulong32 src_len, void* dst, ulon
 // *dst_len and src are unchanged, and dst may hold the beginning of the data.
 QELKIT_API int DecompressMemory(const void* src, void* dst, ulong32* dst_len);
 
-// As DecompressMemory() for methods 1 and 2 (which thus fails). For any other method the result is
-// that of callback->Decompress(), or 0 without a callback.
+// As DecompressMemory(src, dst, dst_len) for methods 1 and 2 (which thus fails). For any other
+// method the result is that of callback->Decompress(), or 0 without a callback.
 QELKIT_API int DecompressMemory2(const void* src, void* dst, ulong32* dst_len,
                                  CAbstractCallbackCompress* callback);
 

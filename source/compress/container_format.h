@@ -17,6 +17,7 @@
 
 namespace kit::container {
 
+// Offsets of the fields.
 inline constexpr std::size_t kMarkerAt = 0;
 inline constexpr std::size_t kSignatureAt = 4;
 inline constexpr std::size_t kOriginalSizeAt = 8;
@@ -25,12 +26,13 @@ inline constexpr std::size_t kMethodAt = 16;
 inline constexpr std::size_t kReservedAt = 17;
 inline constexpr std::size_t kHeaderSizeAt = 20;
 
+// What stands in the fields of every container that is written.
 inline constexpr std::uint32_t kHeaderSize = 24;
 inline constexpr std::uint32_t kMarker = 0xFFFFFFFF;
 inline constexpr std::uint32_t kSignature = 0x504D4F43;  // "COMP"
 
+// Methods. Every other number belongs to a CAbstractCallbackCompress of the caller.
 inline constexpr unsigned char kMethodLz = 1;      // the payload is a stream of LzCompress()
 inline constexpr unsigned char kMethodPlaced = 2;  // the caller has placed the payload
-// Every other method belongs to a CAbstractCallbackCompress of the caller.
 
 }  // namespace kit::container

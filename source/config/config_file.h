@@ -15,8 +15,8 @@
 
 // One key of a section.
 struct CConfigFileKeyListItem {
-    CQELString key;
-    CQELString value;
+    CQELString key;    // its name, as the file spells it
+    CQELString value;  // its text; empty when it could not be read
 };
 
 // One section with its keys in the order of the file.
@@ -24,8 +24,8 @@ struct QELKIT_API CConfigFileSectionListItem {
     // The value of the first item with exactly this key, in this case; empty when there is none.
     CQELString GetKeyValue(const char* key) const;
 
-    CQELString name;
-    std::list<CConfigFileKeyListItem> keys;
+    CQELString name;                         // without the brackets
+    std::list<CConfigFileKeyListItem> keys;  // in the order of the file
 };
 
 // One configuration file.
@@ -51,13 +51,15 @@ struct QELKIT_API CConfigFileSectionListItem {
 // the end.
 class QELKIT_API CQELConfigInfoFile {
 public:
-    // The bool has no meaning; `flags` are kept for subclasses.
+    // The file `fileName`, which need not exist; it is not opened. The bool has no meaning; `flags`
+    // are kept for subclasses.
     CQELConfigInfoFile(const char* fileName, bool, ulong32 flags);
     virtual ~CQELConfigInfoFile();
 
-    // The recorded status and its additional text. The pointer is valid until the next failure.
+    // The recorded status (into `status`: with its additional text) and the additional text alone
+    // (into `message`; the pointer is valid until the next failure). Both orders are one layout:
+    // Visual C++ lays out overloads of one name in reverse.
 #ifdef _MSC_VER
-    // This compiler lays out overloads of one name in reverse.
     virtual int ReturnStatus() const;
     virtual void ReturnStatus(XQELStatus* status) const;
     virtual const char* ReturnErrMess();
@@ -87,8 +89,8 @@ public:
     virtual bool GetSectionNameList(std::list<CQELString>* names);
     virtual bool GetKeyNameList(const char* section, std::list<CQELString>* names);
 
-    // The keys of a section with their values. True; keys whose read fails, for example on an empty
-    // value, are there without a value and record status 5.
+    // The keys of a section with their values, as the new content of `items`. True; keys whose read
+    // fails, for example on an empty value, are there without a value and record status 5.
     virtual bool GetSection(const char* section, std::list<CConfigFileKeyListItem>* items);
     // Writes all items; keys of the section that are not among them stay. False for an empty list,
     // else true; failed writes record status 6.
@@ -98,11 +100,11 @@ public:
     virtual bool PutAllSections(const std::list<CConfigFileSectionListItem>& sections);
 
 protected:
-    XQELStatus status;
-    CQELString fileName;
-    bool throwOnError;
-    bool fileExists;
-    ulong32 flags;
+    XQELStatus status;    // the last failure
+    CQELString fileName;  // as it was given
+    bool throwOnError;    // failures are thrown as well as recorded; false at first
+    bool fileExists;      // what IsFileExist answers
+    ulong32 flags;        // the subclass's own
 
 private:
     bool Finish(int failures, int code);

@@ -17,7 +17,7 @@ class QELKIT_API CQelOpt {
 public:
     // Code 0, length 0, no data.
     CQelOpt();
-    // As Set.
+    // As Set(code, length, data).
     CQelOpt(unsigned int code, unsigned int length, const unsigned char* data);
     CQelOpt(const CQelOpt&) = delete;
     CQelOpt& operator=(const CQelOpt&) = delete;
@@ -94,11 +94,13 @@ private:
 // A list of options that can be copied, reloaded and derived from.
 class QELKIT_API CDrvOptsIp : public CQelOpts {
 public:
+    // No options, no cursor.
     CDrvOptsIp();
+    // The options of the `length` bytes at `blob`, as CQelOpts reads them.
     CDrvOptsIp(const unsigned char* blob, unsigned int length);
     // Copies of the options, made through the blob of `other`: it is built anew, and the blob that
-    // other.GetAllOptions gave before is no longer valid. An object may be assigned to itself. There
-    // is no cursor afterwards.
+    // other.GetAllOptions gave before is no longer valid. An object may be assigned to itself.
+    // There is no cursor afterwards.
     CDrvOptsIp(const CDrvOptsIp& other);
     CDrvOptsIp& operator=(const CDrvOptsIp& other);
     virtual ~CDrvOptsIp();

@@ -12,9 +12,12 @@
 // A failure that comes from the system: a text for people and the system's error code.
 class QELKIT_API XQELWinMsg : public XQELBaseMsg {
 public:
+    // Both are stored as they are: a `message` for people and the system's `code`.
     XQELWinMsg(const CQELString& message, ulong32 code) : message_(message), code_(code) {}
 
+    // The text, in the ANSI code page; valid as long as the object.
     const CQELString& GetErrorMessage() const { return message_; }
+    // The system's error code; 0 where the failure is the library's own finding.
     ulong32 GetErrorCode() const { return code_; }
 
 private:
@@ -53,17 +56,18 @@ class QELKIT_API CQelReg {
 public:
     // Bits; combine them with |.
     enum AccessMode {
-        kRead = 0,
+        kRead = 0,       // the rights for reading
         kWrite = 1,      // all rights instead of those for reading
         kCreate = 2,     // makes the key when it does not exist
         kEveryone = 4,   // makes or opens the key, with all rights; a new one is open to everybody
         k64BitView = 8,  // the registry of 64-bit programs
     };
 
-    // Opens root\keyPath. A path of more than 255 characters throws the code 111. Null is "", the
-    // root itself.
+    // Opens root\keyPath with the rights and in the view of `mode`. A path of more than 255
+    // characters throws the code 111. Null is "", the root itself.
     CQelReg(HKEY root, const char* keyPath, AccessMode mode);
-    // Opens a key below another, which is needed for the time of the call only.
+    // Opens the key `subKey` below another, `parent`, which is needed for the time of the call
+    // only; `mode` as above. A null `parent` throws the code 87.
     CQelReg(const CQelReg* parent, const char* subKey, AccessMode mode);
     // Writes the key's changes to disk and closes it. Never throws.
     virtual ~CQelReg();
@@ -79,6 +83,7 @@ public:
     // Any value as it is stored, into buffer[0, size): 1, or 0 when it is missing or larger. A null
     // buffer asks whether there is such a value.
     int GetValue(const char* name, char* buffer, int size) const;
+    // The same, for binary values.
     int GetMemoryNoThrow(const char* name, void* buffer, int size) const;
     // The same for a value of this type; 1. Throws message 1015, for a value of another type with
     // code 1629; the buffer may then be written.
@@ -98,10 +103,12 @@ public:
     // is code 87.
     int SetValue(const char* name, const char* text);
     int SetValue(const char* name, ulong32 number);
+    // The same: 1, or 0 and the old value stays. Throws nothing.
     int SetValueNoThrow(const char* name, ulong32 number);
     // Writes data of any type: 1. Throws message 1014.
     int SetValueEx(const char* name, ulong32 type, const unsigned char* data, ulong32 length);
-    // Writes a binary value: 1. Throws message 1014; a negative length is code 87.
+    // Writes the `length` bytes at `data` as a binary value: 1. Throws message 1014; a negative
+    // length is code 87.
     int PutMemory(const char* name, void* data, int length);
     // 1, or 0 when there was none or it cannot be deleted.
     int DelValue(const char* name);
@@ -113,7 +120,7 @@ public:
 
     // --- Enumeration -----------------------------------------------------------------------------
 
-    // Throw message 1015.
+    // How many sub-keys (values) there are. Throw message 1015.
     int GetSubKeysCount() const;
     int GetValuesCount() const;
     // The index-th name into buffer[0, size), terminated; throws message 1016, code 259 behind the
@@ -124,14 +131,14 @@ public:
 
     // --- Trees -------------------------------------------------------------------------------------
 
-    // Deletes a sub-key with everything below it; of a link to another key only the link. Throws
-    // messages 1012, 1016 and 1018; what was deleted until then stays deleted. This key's path with
-    // the sub-key's has at most 256 characters, else message 1018 with code 0 and nothing is
-    // deleted. A sub-key without a name is code 87.
+    // Deletes the sub-key `subKey` with everything below it; of a link to another key only the
+    // link. Throws messages 1012, 1016 and 1018; what was deleted until then stays deleted. This
+    // key's path with the sub-key's has at most 256 characters, else message 1018 with code 0 and
+    // nothing is deleted. A sub-key without a name is code 87.
     void DeleteAll(const char* subKey);
-    // The same for a path below the root, in a buffer in which the paths of all keys below it are
-    // made; without a throw it is then as it was. Throws message 1017 or, below the first level,
-    // 1019 when one of them and its terminator have no room.
+    // The same for a path below the root, in a buffer of `bufferSize` bytes in which the paths of
+    // all keys below it are made; without a throw it is then as it was. Throws message 1017 or,
+    // below the first level, 1019 when one of them and its terminator have no room.
     void DeleteAll(char* path, int bufferSize);
 
     // Writes every value of `source` that is missing or different here, and copies every sub-key.
@@ -146,6 +153,8 @@ public:
     void CopyClean(const CQelReg& source);
 
 protected:
+    // What the constructors do with a path below `root` and `mode`. Once for an object: a key that
+    // is open already would not be closed.
     void Init(const char* path, AccessMode mode);
 
     // Throws the system's text for a code, and the code.
@@ -162,45 +171,60 @@ private:
     char keyPath[256];
 };
 
+// The bits of both.
 constexpr CQelReg::AccessMode operator|(CQelReg::AccessMode a, CQelReg::AccessMode b) {
     return static_cast<CQelReg::AccessMode>(static_cast<int>(a) | static_cast<int>(b));
 }
 
-// Keys below each predefined root.
+// Keys below the predefined roots: `keyPath` and `mode` are those of CQelReg(root, keyPath, mode).
 
+// Keys below HKEY_CLASSES_ROOT.
 class QELKIT_API CQelRegHCR : public CQelReg {
 public:
+    // Opens HKEY_CLASSES_ROOT\keyPath.
     CQelRegHCR(const char* keyPath, AccessMode mode) : CQelReg(HKEY_CLASSES_ROOT, keyPath, mode) {}
 };
 
+// Keys below HKEY_CURRENT_USER.
 class QELKIT_API CQelRegHCU : public CQelReg {
 public:
+    // Opens HKEY_CURRENT_USER\keyPath.
     CQelRegHCU(const char* keyPath, AccessMode mode) : CQelReg(HKEY_CURRENT_USER, keyPath, mode) {}
 };
 
+// Keys below HKEY_LOCAL_MACHINE.
 class QELKIT_API CQelRegHLM : public CQelReg {
 public:
+    // Opens HKEY_LOCAL_MACHINE\keyPath.
     CQelRegHLM(const char* keyPath, AccessMode mode) : CQelReg(HKEY_LOCAL_MACHINE, keyPath, mode) {}
 };
 
+// Keys below HKEY_USERS.
 class QELKIT_API CQelRegHUS : public CQelReg {
 public:
+    // Opens HKEY_USERS\keyPath.
     CQelRegHUS(const char* keyPath, AccessMode mode) : CQelReg(HKEY_USERS, keyPath, mode) {}
 };
 
+// Keys below HKEY_PERFORMANCE_DATA.
 class QELKIT_API CQelRegHPD : public CQelReg {
 public:
+    // Opens HKEY_PERFORMANCE_DATA\keyPath.
     CQelRegHPD(const char* keyPath, AccessMode mode)
         : CQelReg(HKEY_PERFORMANCE_DATA, keyPath, mode) {}
 };
 
+// Keys below HKEY_CURRENT_CONFIG.
 class QELKIT_API CQelRegHCC : public CQelReg {
 public:
+    // Opens HKEY_CURRENT_CONFIG\keyPath.
     CQelRegHCC(const char* keyPath, AccessMode mode)
         : CQelReg(HKEY_CURRENT_CONFIG, keyPath, mode) {}
 };
 
+// Keys below HKEY_DYN_DATA.
 class QELKIT_API CQelRegHDD : public CQelReg {
 public:
+    // Opens HKEY_DYN_DATA\keyPath.
     CQelRegHDD(const char* keyPath, AccessMode mode) : CQelReg(HKEY_DYN_DATA, keyPath, mode) {}
 };

@@ -10,18 +10,19 @@
 // The names `date` and `time` are global. Where <time.h> is included as well, `time` alone means
 // its function: write `struct time`.
 
-// The order of the fields of both is part of the binary interface.
+// A calendar date. The order of the fields is part of the binary interface.
 struct date {
     std::int32_t year;  // full: 2024
     std::int8_t day;    // 1-based day of the month
     std::int8_t month;  // 1..12
 };
 
+// A time of day. The order of the fields is part of the binary interface.
 struct time {
-    std::uint8_t minutes;
-    std::uint8_t hours;
-    std::uint8_t hundredths;  // of a second
-    std::uint8_t seconds;
+    std::uint8_t minutes;     // 0..59
+    std::uint8_t hours;       // 0..23
+    std::uint8_t hundredths;  // of a second, 0..99
+    std::uint8_t seconds;     // 0..59
 };
 
 // dostounix and unixtodos take the time zone from the environment variable "TZ" at every call, and
@@ -34,14 +35,16 @@ struct time {
 // Neither function keeps a state of its own; any thread may call them while no other changes the
 // environment. No pointer may be null.
 
-// The seconds of a local reading, hundredths ignored; years 1970 to 2037 fit, others wrap around.
-// Fields out of range carry over, but months above 12 count as the thirteenth.
+// The seconds of the local reading `d`, `t`, hundredths ignored; years 1970 to 2037 fit, others
+// wrap around. Fields out of range carry over, but months above 12 count as the thirteenth.
 QELKIT_API long32 dostounix(struct date* d, struct time* t);
 
-// The local reading of a number of seconds, hundredths 0. Moments before 1980 UTC count as its first
-// second; where that is still 1979 by local time, 1 January 1980, 00:00:00 stands for it.
+// Sets `d` and `t` to the local reading of a number of seconds, hundredths 0. Moments before 1980
+// UTC count as its first second; where that is still 1979 by local time, 1 January 1980, 00:00:00
+// stands for it.
 QELKIT_API void unixtodos(long32 seconds, struct date* d, struct time* t);
 
-// Today, and the time of day now, by the system's local clock; "TZ" plays no part.
+// Set `d` to today, and `t` to the time of day now, by the system's local clock; "TZ" plays no
+// part.
 QELKIT_API void getdate(struct date* d);
 QELKIT_API void gettime(struct time* t);

@@ -14,12 +14,15 @@
 struct QELKIT_API CQELFileTime : public FILETIME {
     // 0 ticks.
     CQELFileTime();
+    // The same ticks.
     CQELFileTime(const FILETIME& other);
     CQELFileTime(const CQELFileTime& other);
     // `value` is local time: QELDateTime_2_FILETIME(value, true).
     CQELFileTime(const CQELDateTime& value);
+    // That many ticks.
     CQELFileTime(std::uint64_t ticks);
 
+    // As the constructors.
     CQELFileTime& operator=(const FILETIME& other);
     CQELFileTime& operator=(const CQELFileTime& other);
     CQELFileTime& operator=(const CQELDateTime& value);
@@ -30,6 +33,7 @@ struct QELKIT_API CQELFileTime : public FILETIME {
         return static_cast<std::uint64_t>(dwHighDateTime) << 32 | dwLowDateTime;
     }
 
+    // By the ticks, unsigned.
     bool operator==(const FILETIME& other) const;
     bool operator!=(const FILETIME& other) const { return !(*this == other); }
     bool operator<(const FILETIME& other) const;
@@ -41,7 +45,7 @@ struct QELKIT_API CQELFileTime : public FILETIME {
     CQELFileTime& operator+=(const FILETIME& other);
     CQELFileTime& operator-=(const FILETIME& other);
 
-    // The same between two file times.
+    // By the ticks, unsigned; sums and differences modulo 2^64.
     bool operator==(const CQELFileTime& other) const;
     bool operator!=(const CQELFileTime& other) const { return !(*this == other); }
     bool operator<(const CQELFileTime& other) const;
@@ -55,8 +59,8 @@ struct QELKIT_API CQELFileTime : public FILETIME {
     int GetObjectSize() const { return static_cast<int>(sizeof(FILETIME)); }
 };
 
-// The reading of a file time in local time, or in UTC when `local` is false; millisecond is 0, the
-// file time's fraction of a second is dropped.
+// The reading of the file time `ft` in local time, or in UTC when `local` is false; millisecond is
+// 0, the file time's fraction of a second is dropped.
 //   Local: by the distance to UTC in force now, and then taken as summer time. In a zone that has
 //   summer time a moment in winter therefore reads one hour early. 1 January 1970, 00:00:00 when
 //   the C runtime cannot convert the moment (before 1970 or after 3000).
@@ -65,8 +69,8 @@ struct QELKIT_API CQELFileTime : public FILETIME {
 // A file time that the platform cannot convert (above 2^63) gives 1 January 1970, 00:00:00.
 QELKIT_API CQELDateTime FILETIME_2_QELDateTime(const FILETIME& ft, bool local);
 
-// The file time of a reading, which is local time, or UTC when `local` is false; its milliseconds
-// are dropped.
+// The file time of the reading `dt`, which is local time, or UTC when `local` is false; its
+// milliseconds are dropped.
 //   Local: the moment, by the zone's rules for that day. The count of seconds is 32 bits wide: right
 //   only up to January 2038. 1 January 1970, 00:00:00 UTC when the C runtime cannot convert it.
 //   UTC: the fields as they are; 0 ticks when they are no date and time.

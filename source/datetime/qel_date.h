@@ -14,6 +14,7 @@ class QELKIT_API CQELDate {
 public:
     // Today, by the local clock.
     CQELDate();
+    // These fields, unchecked: full year, month 1..12, 1-based day.
     CQELDate(int year, int month, int day);
     CQELDate(const CQELDate& other);
     CQELDate& operator=(const CQELDate& other);

@@ -23,6 +23,7 @@ struct tm;
 // The order of the bases is part of the binary interface; each keeps its virtual destructor.
 class QELKIT_API CQELDateTime : public CQELDate, public CQELTime {
 public:
+    // CQELDate(year, month, day) and CQELTime(hour, minute, second, millisecond).
     CQELDateTime(int year, int month, int day, int hour, int minute, int second, int millisecond);
     // The current moment, milliseconds included: local time, or UTC when `local` is false.
     CQELDateTime(bool local);

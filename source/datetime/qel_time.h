@@ -14,11 +14,13 @@ class QELKIT_API CQELTime {
 public:
     // The current time of day by the local clock, milliseconds included.
     CQELTime();
+    // These fields, unchecked.
     CQELTime(int hour, int minute, int second, int millisecond);
     CQELTime(const CQELTime& other);
     CQELTime& operator=(const CQELTime& other);
     virtual ~CQELTime();
 
+    // The fields: 0..23, 0..59, 0..59 and 0..999 in a valid time.
     int Hour() const { return hour_; }
     int Minute() const { return minute_; }
     int Second() const { return second_; }

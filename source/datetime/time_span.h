@@ -15,16 +15,23 @@ namespace QEL {
 // very long one. Nothing throws; a plain value without locks.
 class QELKIT_API CTimeSpan {
 public:
+    // No time.
     CTimeSpan();
-    // Any values, each added as it is; the sum wraps in 32 bits.
+    // The sum of `days`, `hours`, `minutes` and `seconds`, of any sign, each added as it is; it
+    // wraps in 32 bits. The milliseconds are stored as they are.
     CTimeSpan(int days, int hours, int minutes, int seconds, int milliseconds);
+    // Both stored as they are.
     CTimeSpan(std::int64_t seconds, int milliseconds);
+    // Whole seconds, and what is left of them.
     CTimeSpan(std::uint64_t milliseconds);
     CTimeSpan(const CTimeSpan& other);
     const CTimeSpan& operator=(const CTimeSpan& other);
 
+    // The whole span: 1000 times the seconds (their low 32 bits, unsigned) and the milliseconds.
     std::uint64_t GetTotalMilliseconds() const;
-    long32 GetTotalSeconds() const;  // the low 32 bits
+    // The seconds, their low 32 bits.
+    long32 GetTotalSeconds() const;
+    // The stored milliseconds.
     int GetMilliseconds() const { return milliseconds_; }
 
     // The whole span in one unit, rounded toward zero; 32 bits.
@@ -36,6 +43,7 @@ public:
     int GetMinutes() const;
     int GetSeconds() const;
 
+    // By the total milliseconds.
     bool operator==(const CTimeSpan& other) const;
     bool operator<(const CTimeSpan& other) const;
     bool operator!=(const CTimeSpan& other) const { return !(*this == other); }
@@ -43,6 +51,7 @@ public:
     bool operator>(const CTimeSpan& other) const { return other < *this; }
     bool operator>=(const CTimeSpan& other) const { return !(*this < other); }
 
+    // The span of the sum, or difference, of the total milliseconds.
     CTimeSpan operator+(const CTimeSpan& other) const;
     CTimeSpan operator-(const CTimeSpan& other) const;
     CTimeSpan& operator+=(const CTimeSpan& other);

@@ -25,7 +25,7 @@
 
 // The whole state of a value. The order of the fields is part of the binary interface.
 struct qeltm {
-    struct tm fields;
+    struct tm fields;           // as the C runtime has them: month from 0, year from 1900
     std::uint16_t millisecond;  // 0..999
     bool local;                 // false: UTC
 };
@@ -37,11 +37,13 @@ class QELKIT_API CTime {
 public:
     // The current moment: local time, or UTC.
     CTime(bool local = true);
-    // That time of today.
+    // That time of today, carried when it is none; today and the time are local, or UTC. Fields:
+    // `hour`, `minute`, `second`, `millisecond`.
     CTime(int hour, int minute, int second, int millisecond, bool local);
     CTime(const CTime& other);
     CTime& operator=(const CTime& other);
 
+    // The fields.
     int Hour() const { return record_.fields.tm_hour; }
     int Minute() const { return record_.fields.tm_min; }
     int Second() const { return record_.fields.tm_sec; }
@@ -78,6 +80,7 @@ public:
     CQELString TextTime(int form) const;
 
 protected:
+    // A copy of `record`, not carried.
     explicit CTime(const qeltm& record) : record_(record) {}
 
     // Seconds since midnight.
@@ -101,11 +104,13 @@ class QELKIT_API CDate : public CTime {
 public:
     // The current moment: local time, or UTC.
     CDate(bool local = true);
-    // That day at 00:00; a day that does not exist is carried: 30 February is in March. Month 1..12.
+    // The day `year`, `month` (1..12), `day` at 00:00, local or UTC; a day that does not exist is
+    // carried: 30 February is in March.
     CDate(int year, int month, int day, bool local);
     CDate(const CDate& other);
     CDate& operator=(const CDate& other);
 
+    // The fields: day of the month from 1, month 1..12, full year (2024).
     int Day() const { return record_.fields.tm_mday; }
     int Month() const;
     int Year() const;
@@ -138,6 +143,7 @@ public:
     CQELString TextDate(int form) const;
 
 protected:
+    // A copy of `record`, not carried.
     explicit CDate(const qeltm& record) : CTime(record) {}
 
 private:
@@ -149,10 +155,11 @@ class QELKIT_API CDateTime : public CDate {
 public:
     // The current moment: local time, or UTC.
     CDateTime(bool local = true);
-    // A local value in a zone with summer time counts as a reading in summer time.
+    // That reading, carried when it is none; `month` is 1..12. A local value in a zone with summer
+    // time counts as a reading in summer time.
     CDateTime(int year, int month, int day, int hour, int minute, int second, int millisecond,
               bool local);
-    // The same from a SYSTEMTIME; its weekday is ignored. Null gives the current moment.
+    // The same from the SYSTEMTIME `st`; its weekday is ignored. Null gives the current moment.
     CDateTime(SYSTEMTIME* st, bool local);
     // The reading so many seconds after 1 January 1970; a local one in a zone with summer time is
     // put ahead by its hour. The millisecond is that of the clock. Seconds that the runtime cannot
@@ -189,8 +196,8 @@ public:
     // IsDateValid() and IsTimeValid()
     bool IsValid() const;
 
-    // strftime of the value. Empty when the text is longer than 1023 characters, when fields are
-    // out of their range, and for null.
+    // strftime of the value by `picture`. Empty when the text is longer than 1023 characters, when
+    // fields are out of their range, and for null.
     CQELString Format(const char* picture) const;
 
     // Sets `st` to the fields, the weekday included (which carries); returns IsValid(). What `st`
@@ -198,14 +205,14 @@ public:
     bool GetAsSystemTime(SYSTEMTIME& st) const;
 
     // Set `out` to this moment in local time, with the millisecond, or in UTC, with the clock's
-    // millisecond; or to a copy, when the value is in that already. A moment that the runtime cannot
-    // convert leaves `out` alone.
+    // millisecond; or to a copy, when the value is in that already. A moment that the runtime
+    // cannot convert leaves `out` alone.
     void GetLocalTime(CDateTime& out) const;
     void GetSystemTime(CDateTime& out) const;
 
     // The local zone as one character: '2' is UTC, and each hour west of it is one more.
     static char GetSelfTimeZone();
-    // The hours west of UTC for such a character; 28 for one that is none.
+    // The hours west of UTC for such a character, `code`; 28 for one that is none.
     static int GetTimeZoneHours(char code);
 
     // TextDate(date_form) and TextTime(time_form) with a blank in between: the date first (order
@@ -213,6 +220,7 @@ public:
     CQELString TextDateTime(int date_form, int time_form, int order) const;
 
 protected:
+    // A copy of `record`, not carried.
     explicit CDateTime(const qeltm& record);
 
 private:
@@ -227,6 +235,7 @@ class QELKIT_API CUTCDateTime : public CDateTime {
 public:
     // The current moment.
     CUTCDateTime();
+    // As CDateTime(seconds, false) and CDateTime(milliseconds, false).
     CUTCDateTime(long32 seconds);
     CUTCDateTime(std::int64_t seconds);
     CUTCDateTime(std::uint64_t milliseconds);
@@ -235,8 +244,8 @@ public:
     virtual ~CUTCDateTime();
 };
 
-// The moment `seconds` after 1 January 1970 UTC as text, in local time or UTC: TextDateTime with
-// the date first.
+// The moment `seconds` after 1 January 1970 UTC as text, in local time or UTC:
+// TextDateTime(dateForm, timeForm, 0), the date first.
 QELKIT_API CQELString getdtstring(std::int64_t seconds, bool local, int dateForm, int timeForm);
 
 // The current local time as "09:05:07.003".

@@ -21,11 +21,14 @@ public:
     // A critical section of the system.
     class QELKIT_API CCS {
     public:
+        // Nobody has it.
         CCS() { ::InitializeCriticalSection(&section_); }
         CCS(const CCS&) = delete;
         CCS& operator=(const CCS&) = delete;
         virtual ~CCS();
 
+        // Enters, after waiting for as long as another thread has it; a thread may enter again, and
+        // leaves as often.
         void Lock() { ::EnterCriticalSection(&section_); }
         void Unlock() { ::LeaveCriticalSection(&section_); }
 
@@ -42,15 +45,16 @@ public:
     // Knows IUnknown and IStream, and not ISequentialStream: E_NOINTERFACE with null stored. A null
     // `object` gives E_POINTER.
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override;
+    // Each returns the new count; the last Release closes the file and deletes the object.
     ULONG STDMETHODCALLTYPE AddRef() override;
     ULONG STDMETHODCALLTYPE Release() override;
 
-    // Both pointers are required, in Read and in Write: STG_E_INVALIDPOINTER.
-
-    // S_OK when at least one byte was read; S_FALSE when none was, at the end of the file or for
-    // an error other than STG_E_ACCESSDENIED.
+    // Reads up to `count` bytes into `buf` and stores how many were read; both pointers are
+    // required (STG_E_INVALIDPOINTER). S_OK when at least one byte was read; S_FALSE when none was,
+    // at the end of the file or for an error other than STG_E_ACCESSDENIED.
     HRESULT STDMETHODCALLTYPE Read(void* buf, ULONG count, ULONG* read) override;
-    // Failure: STG_E_ACCESSDENIED or STG_E_MEDIUMFULL.
+    // Writes `count` bytes and stores how many were written; both pointers are required
+    // (STG_E_INVALIDPOINTER). Failure: STG_E_ACCESSDENIED or STG_E_MEDIUMFULL.
     HRESULT STDMETHODCALLTYPE Write(const void* buf, ULONG count, ULONG* written) override;
 
     // Moves by the distance whose low half is that of `distance` and whose high half is the one

@@ -42,13 +42,15 @@ struct FF_FILE_INFO {
 // come together, before those of the folders in it.
 class QELKIT_API FileFinder {
 public:
+    // No search: Next() is false.
     FileFinder();
     FileFinder(const FileFinder&) = delete;
     FileFinder& operator=(const FileFinder&) = delete;
     ~FileFinder();
 
-    // Begins a search, before its first entry; one that was going on ends. Returns whether `folder`
-    // (null: the working folder) is one; if not, nothing will be found.
+    // Begins a search by a mask, or by several `masks` at once, before its first entry; one that
+    // was going on ends. Returns whether `folder` (null: the working folder) is one; if not,
+    // nothing will be found.
     bool StartFind(const char* folder, const FILENAME_MASK& mask);
     bool StartFind(const char* folder, const std::vector<FILENAME_MASK>& masks);
 
@@ -60,10 +62,10 @@ public:
     void SkipFiles();
 
     // Of the entry that Next or NextFile moved to; empty before the first and behind the last one.
-    const FILENAME& GetCurDir() const { return cur_dir_; }     // the folder that it is in
-    const FILENAME& GetFilename() const { return filename_; }  // its name
-    const FILENAME& GetFullFilename() const { return info_.name; }
-    const FF_FILE_INFO& GetFileInfo() const { return info_; }
+    const FILENAME& GetCurDir() const { return cur_dir_; }          // the folder that it is in
+    const FILENAME& GetFilename() const { return filename_; }       // its name
+    const FILENAME& GetFullFilename() const { return info_.name; }  // its full path
+    const FF_FILE_INFO& GetFileInfo() const { return info_; }       // all that is known of it
 
 private:
     struct Search;
@@ -77,8 +79,9 @@ private:
 // What was found, in order. Indexes run from 0 to size() - 1 and are not checked.
 class QELKIT_API FilesList {
 public:
+    // Appends a copy of `file`; whether it exists is not looked at.
     void Add(const FF_FILE_INFO& file) { files_.push_back(file); }
-    // All of another list, behind the present ones.
+    // All of `other`, behind the present ones.
     void Append(const FilesList& other);
     // Everything that a search still finds, folders included if its masks take them.
     void Append(FileFinder& finder);
@@ -90,6 +93,9 @@ public:
 
     // The sum of the sizes.
     std::uint64_t TotalSize() const;
+
+    // The entries, as a container of the standard library has them. References and iterators hold
+    // until the list changes.
     std::size_t size() const { return files_.size(); }
     bool isEmpty() const { return files_.empty(); }
     void Clear() { files_.clear(); }
@@ -104,6 +110,7 @@ private:
 // The path of a folder.
 class QELKIT_API FOLDER : public FILENAME {
 public:
+    // The path as FILENAME has it: empty, the trimmed text (null is ""), or a copy.
     FOLDER();
     FOLDER(const char* path);
     FOLDER(const FILENAME& path);

@@ -36,23 +36,26 @@ public:
         RANDOM_NAME = 2,
     };
 
+    // "".
     FILENAME();
     FILENAME(const FILENAME& other);
-    // Trimmed.
+    // The text, trimmed.
     FILENAME(const CQELString& text);
     FILENAME(const char* text);
     // `folder`, joined with `name` as += does, trimmed.
     FILENAME(const char* folder, const char* name);
     // The same with "." and `ext` behind it.
     FILENAME(const char* folder, const char* name, const char* ext);
+    // A generated name of that `kind`.
     FILENAME(SpecialFilenames kind);
     virtual ~FILENAME();
 
     FILENAME& operator=(const FILENAME& other);
+    // Takes the text as it is, null for "", or becomes a generated name.
     FILENAME& operator=(const char* text);
     FILENAME& operator=(const CQELString& text) { return *this = static_cast<const char*>(text); }
     FILENAME& operator=(SpecialFilenames kind);
-    // Makes this a generated name; returns the object.
+    // Makes this a generated name of that `kind`; returns the object.
     FILENAME& MakeSpecialFilename(SpecialFilenames kind);
 
     // Appends a path component: a "\" first unless the name is empty or ends in one, then `part`
@@ -96,15 +99,18 @@ public:
     // The length in bytes. Both names are kept.
     int Lenght() const { return static_cast<int>(text_.size()); }
     int size() const { return Lenght(); }
+    // Whether the text is "".
     bool isEmpty() const { return text_.empty(); }
+    // Makes the text "".
     void Clear() { text_.clear(); }
 
     // The character at `index`, from 0 to Lenght(): there is the terminator, not to be changed.
     // An index outside throws XQELStatus 37.
     char& operator[](int index);
     const char& operator[](int index) const;
-    // Valid until the object changes or goes; never null.
+    // The text, valid until the object changes or goes; never null.
     operator const char*() const { return text_.c_str(); }
+    // A copy of the text.
     operator CQELString() const;
 
     // Byte by byte, as unsigned bytes, whatever g_bUsingFilenameCaseSensivity says; of two texts

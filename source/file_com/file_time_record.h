@@ -22,11 +22,11 @@ public:
     // 0: the fields are those of the file; 1: they are not.
     int GetError() const { return error; }
 
-    int error = 1;
-    int day = 0;    // 1 to 31
-    int month = 0;  // 1 to 12
-    int year = 0;   // four digits
-    int hour = 0;
-    int minute = 0;
-    int second = 0;
+    int error = 1;   // what GetError returns
+    int day = 0;     // 1 to 31
+    int month = 0;   // 1 to 12
+    int year = 0;    // four digits
+    int hour = 0;    // 0 to 23
+    int minute = 0;  // 0 to 59
+    int second = 0;  // 0 to 59
 };

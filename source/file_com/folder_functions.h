@@ -8,7 +8,7 @@
 // Plain functions on folders, and on lines of text streams. They throw nothing. Streams are those
 // of the C runtime that the library uses.
 
-// CQELFolder::DosSetCat.
+// CQELFolder::DosSetCat(path).
 QELKIT_API int DosSetCat(const char* path);
 
 // Makes every missing folder along `path`, at each backslash; a prefix of one or two characters is
@@ -22,8 +22,8 @@ QELKIT_API int MakeDirectory(const char* path);
 // not fit 32 bits; as it is, cut to 259, when the file cannot be opened.
 QELKIT_API ulong32 FileSize(const char* path, char* error_text);
 
-// fgets, and then a final line feed goes, and then trailing blanks (a carriage return is none).
-// Returns what fgets returned; null also for a null argument or a size below 1.
+// fgets(buf, size, stream), and then a final line feed goes, and then trailing blanks (a carriage
+// return is none). Returns what fgets returned; null also for a null argument or a size below 1.
 QELKIT_API char* FgetStr(char* buf, int size, FILE* stream);
 // The same, and the line is converted from the OEM to the ANSI code page.
 QELKIT_API char* FgetStrOem(char* buf, int size, FILE* stream);

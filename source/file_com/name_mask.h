@@ -41,12 +41,16 @@ public:
 
     // Replaces the text; null empties it. Not trimmed.
     void SetMask(const char* mask);
+    // Whether the mask applies in subfolders too (`use_subdirs`).
     void SetUseSubDirs(bool use_subdirs) { use_subdirs_ = use_subdirs; }
     bool GetUseSubDirs() const { return use_subdirs_; }
+    // The attribute filter.
     void SetAttr(long32 attr) { attr_ = attr; }
     long32 GetAttr() const { return attr_; }
 
-    // Whether `name` matches. A leading dot wants a literal one. The attributes are not looked at.
+    // Whether `name` matches, with regard to letter case if `case_sensitive`, which is
+    // g_bUsingFilenameCaseSensivity by default. A leading dot wants a literal one. The attributes
+    // are not looked at.
     bool Compare(const FILENAME& name) const;
     bool Compare(const FILENAME& name, bool case_sensitive) const;
 

@@ -44,7 +44,7 @@ public:
         CQELFileImp& operator=(const CQELFileImp&) = delete;
         ~CQELFileImp() override;
 
-        FILE* const stream_;
+        FILE* const stream_;  // open, and nobody else's
     };
 
     // --- Opening and closing -----------------------------------------------------------------
@@ -58,9 +58,9 @@ public:
     CQELFile& operator=(const CQELFile& other);
     ~CQELFile() override;
 
-    // Opens `name` in a mode of fopen; null opens an existing file for update and creates a
+    // Opens `name` in a `mode` of fopen; null opens an existing file for update and creates a
     // missing one (r+b, else w+b). What was open is released first, and the status becomes a fresh
-    // one with this raise flag.
+    // one with this `raise` flag.
     //
     // An existing file that cannot be opened is tried 20 times: 200 ms apart while the mode asks
     // for rights that the file does not give or somebody holds it, at once otherwise (so a held
@@ -76,6 +76,7 @@ public:
     // Lets go of the stream. Not open: 117.
     void Close() const;
 
+    // Whether there is an open stream.
     bool IsOpen() const { return handle_ != nullptr; }
 
     // The path of the last successful Open; "" before that. Never null.
@@ -84,12 +85,13 @@ public:
     // --- Data --------------------------------------------------------------------------------
     // A null buffer of more than 0 bytes records 28 (bad parameter) and transfers nothing.
 
-    // Reads up to `n` bytes; returns how many were read. The end of the file is no error: only the
-    // stream's error indicator makes a short read one (5, with errno). Not open: 117 and 0.
+    // Reads up to `n` bytes into `buf`; returns how many were read. The end of the file is no
+    // error: only the stream's error indicator makes a short read one (5, with errno). Not open:
+    // 117 and 0.
     ulong32 Read(void* buf, ulong32 n) const;
 
-    // Writes `n` bytes; returns how many were taken. Fewer than `n` record 6, with errno 0. Not
-    // open: 117 and 0. Writing 0 bytes does nothing at all: an earlier status stays.
+    // Writes the `n` bytes at `buf`; returns how many were taken. Fewer than `n` record 6, with
+    // errno 0. Not open: 117 and 0. Writing 0 bytes does nothing at all: an earlier status stays.
     ulong32 Write(const void* buf, ulong32 n);
     // Writes the four bytes of `value`, lowest first.
     ulong32 Write(int value);
@@ -109,8 +111,8 @@ public:
 
     // --- Position and length -----------------------------------------------------------------
 
-    // fseek, and its result: 0, or another value on failure, which is not recorded. Not open: 117
-    // and -1.
+    // fseek(offset, whence), and its result: 0, or another value on failure, which is not recorded.
+    // Not open: 117 and -1.
     int Seek(long32 offset, int whence) const;
 
     // The position from the start. 0xFFFFFFFF when it cannot be had or does not fit (118 with
@@ -178,7 +180,8 @@ public:
     // The same, read-only, hidden and system files included.
     static int RemoveEx(const char* path, const XQELFile& status);
 
-    // Copies a file. Failure: 64 or 501, naming `from`. The last argument has no effect.
+    // Copies a file; one that is there already is replaced, or a failure with `fail_if_exists`.
+    // Failure: 64 or 501, naming `from`. `unused` has no effect.
     static bool CopyFileA(const char* from, const char* to, bool fail_if_exists,
                           const XQELFile& status, bool unused = false);
     // Renames a file or folder, across drives too (a file). Failure: 124 or 501, naming `from`.
@@ -186,7 +189,7 @@ public:
 
     // The system's attribute word; 0xFFFFFFFF with 41, errno 0, on failure.
     static ulong32 Attributes(const char* path, const XQELFile& status);
-    // Sets it. Failure: 41, errno 0.
+    // Sets the system's attribute word. Failure: 41, errno 0.
     static bool Attributes(const char* path, ulong32 attributes, const XQELFile& status);
 
     // The length of a file, also of one that others have open. 0xFFFFFFFF when it cannot be opened
@@ -243,14 +246,14 @@ private:
 // A file whose Flush reaches the disk: every mode that writes gets the letter "c".
 class QELKIT_API CQELDirectFile : public CQELFile {
 public:
-    // Not open when `name` is null.
+    // Open(name, mode, raise); not open when `name` is null.
     CQELDirectFile(const char* name, const char* mode, bool raise);
     CQELDirectFile(const CQELDirectFile&) = default;
     CQELDirectFile& operator=(const CQELDirectFile&) = default;
     ~CQELDirectFile() override;
 
-    // CQELFile::Open with "c" added to a mode that writes (one with "a", "w" or "+"), unless the
-    // part before the first comma has "c" or "n" (no commit). Null: "r+bc" for an existing file,
-    // else "w+bc".
+    // CQELFile::Open(name, mode, raise) with "c" added to a mode that writes (one with "a", "w" or
+    // "+"), unless the part before the first comma has "c" or "n" (no commit). Null: "r+bc" for an
+    // existing file, else "w+bc".
     void Open(const char* name, const char* mode, bool raise);
 };

@@ -25,8 +25,9 @@
 // of the binary interface: add only at the end.
 class QELKIT_API CQELFolder : public XQELFile {
 public:
-    // With an empty path.
+    // With an empty path. `raise`: whether failures are thrown as XQELFile.
     explicit CQELFolder(bool raise);
+    // With that path; the folder need not exist.
     CQELFolder(const char* path, bool raise);
     CQELFolder(const CQELString& path, bool raise);
     // A text alone would pass for a raise flag.
@@ -38,6 +39,7 @@ public:
 
     // The path, never null.
     operator const char*() const { return path_; }
+    // A copy of the path.
     operator CQELString() const { return path_; }
 
     // --- One folder --------------------------------------------------------------------------
@@ -100,17 +102,17 @@ public:
     // What RecursiveDirProcess does.
     enum DirProcessFlags : unsigned char {
         DIR_RESET_ATTRIBUTES = 0x01,  // everything to archive only
-        DIR_DELETE_FILES = 0x02,
-        DIR_DELETE_ALL = 0x04,  // files, and each subfolder after its contents
-        DIR_SUM_LENGTHS = 0x08,
+        DIR_DELETE_FILES = 0x02,      // files only
+        DIR_DELETE_ALL = 0x04,        // files, and each subfolder after its contents
+        DIR_SUM_LENGTHS = 0x08,       // adds up the lengths of the files
     };
     // Walks a tree as ClearFolder does. `total` receives the sum of the file lengths, 0 unless it
     // was asked for; it is unchanged when nothing is walked: no flags, no such path, the working
     // folder. Returns false for a missing path, else true, whatever became of single entries.
     static bool RecursiveDirProcess(const CQELString& path, unsigned char flags, CQELInt64& total);
 
-    // Copies the files of a folder, overwriting, into another, which is made when it is missing;
-    // with `recursive` the folders below as well. Links to folders are left out.
+    // Copies the files of the folder `from`, overwriting, into another, `to`, which is made when it
+    // is missing; with `recursive` the folders below as well. Links to folders are left out.
     // Returns 0; what MakeFolder returned (nothing more is done then); 28 when a recursive copy
     // would go into the folder itself; or the status of the first failed copy (64, 501), after
     // which the work goes on.
@@ -124,7 +126,8 @@ public:
     // Returns 0 or the status of the first failure, after which the work goes on.
     static int CopyFilesFromDirToDir(const char* from, const char* to, const char* mask, int* count,
                                      char* error_text, int overwrite);
-    // Deletes the files (no folders) that match, read-only ones too. As above.
+    // Deletes the files (no folders) of `folder` that match `mask`, read-only ones too.
+    // `error_text` and result as above.
     static int DelFilesFromDir(const char* folder, const char* mask, char* error_text);
 
     // --- Names -------------------------------------------------------------------------------

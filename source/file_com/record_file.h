@@ -24,10 +24,10 @@ struct FieldPlace;
 //
 // Failures. Nothing is thrown. An operation returns whether the file is still ready; GetRetCode()
 // tells the status. After any failure, an index out of bounds included, the file is not ready, and
-// operations on records do nothing until Open. Statuses: 4 no such file, 5 read, 6 write, 16 memory,
-// 17 it cannot be opened, is not open, or the mode is none, 21 seek, 28 a null buffer, a negative
-// length or an unusable description, 37 index out of bounds, 43 and 44 it cannot be removed or
-// renamed, 74 the header is damaged.
+// operations on records do nothing until Open. Statuses: 4 no such file, 5 read, 6 write, 16
+// memory, 17 it cannot be opened, is not open, or the mode is none, 21 seek, 28 a null buffer, a
+// negative length or an unusable description, 37 index out of bounds, 43 and 44 it cannot be
+// removed or renamed, 74 the header is damaged.
 //
 // Crashes. Every write is handed to the system before the operation returns, so that the end of the
 // program loses nothing of it. The record count, though, is in the header, and the header is
@@ -68,10 +68,11 @@ public:
     // Reads record i into `buf`. 37 when there is none: by the count, or because the file ends
     // before it; 5 when the file ends inside it. `buf` is then untouched, or partly filled.
     virtual bool Get(long32 i, void* buf);
-    // Writes record i, one of those that there are. A longer record of the file ends in zeros.
+    // Writes `buf` as record i, one of those that there are. A longer record of the file ends in
+    // zeros.
     virtual bool Put(long32 i, void* buf);
-    // Appends a record, or, once there are as many as MaxRecords(), writes it over the one at the
-    // ring position, which goes on by one. After a failure the count is what it was.
+    // Appends `buf` as a record, or, once there are as many as MaxRecords(), writes it over the one
+    // at the ring position, which goes on by one. After a failure the count is what it was.
     virtual bool Add(void* buf);
     // Writes the header as it is in memory. Does nothing when the file is not ready or not open.
     virtual bool PutHeader();
@@ -87,18 +88,19 @@ public:
     // object is then empty, until Open.
     void Destroy();
 
-    // Reads or writes field j of record i: as many bytes as its descriptor in the file says. The
-    // descriptors of a file opened with a description have the sizes that stand there. 37 also when
-    // the file has no such field, or it does not lie inside the record.
+    // Reads field j of record i into `buf`, or writes it from there: as many bytes as its
+    // descriptor in the file says. The descriptors of a file opened with a description have the
+    // sizes that stand there. 37 also when the file has no such field, or it does not lie inside
+    // the record.
     bool GetField(long32 i, long32 j, void* buf);
     bool PutField(long32 i, long32 j, void* buf);
 
-    // Reads n bytes from where the stream stands. Fewer: 5.
+    // Reads n bytes from where the stream stands into `buf`. Fewer: 5.
     bool GetEx(void* buf, long32 n);
     // Writes the length n where the stream stands, as four bytes; 0 is an index out of bounds (37).
     // The data itself is not written: that is left to the caller, on the stream of GetFptr().
     bool PutEx(void* data, long32 n);
-    // PutEx, and one record more.
+    // PutEx(data, n), and one record more.
     bool AddEx(void* data, long32 n);
     // Reads what PutEx wrote, from where the stream stands. 0 on failure, which is not recorded.
     long32 GetSizeRec() const;
@@ -107,11 +109,11 @@ public:
     long32 Size() const;
     // The ring position: the record that Add overwrites next.
     long32 Current() const;
-    // Sets how many records there may be and gives up those beyond (Destroy cuts them off): with 0,
-    // which stands for no limit, all of them. Reaches the disk with the next PutHeader. Below zero:
-    // 28.
+    // Sets how many records there may be, m, and gives up those beyond (Destroy cuts them off):
+    // with 0, which stands for no limit, all of them. Reaches the disk with the next PutHeader.
+    // Below zero: 28.
     bool MaxRecords(long32 m);
-    // 0 also when the file is not ready.
+    // How many records there may be; 0 is no limit. 0 also when the file is not ready.
     long32 MaxRecords() const;
 
     // Closes the file and gives it a new name; waits for a busy one as CQELFile::MoveFileA does.
@@ -127,9 +129,11 @@ public:
 
     // The stream, null when closed. Stays the object's.
     FILE* GetFptr() const { return stream_; }
+    // The status of the last failure, or 0.
     int GetRetCode() const { return status_; }
+    // The mode that the constructor was given.
     unsigned char ModeOpen() const { return mode_; }
-    // Never null; valid until the next Open.
+    // The file's name. Never null; valid until the next Open.
     const char* Name() const { return name_; }
 
 protected:

@@ -10,6 +10,7 @@
 // at the end.
 class QELKIT_API CSERVICEDBVariant {
 public:
+    // Both values are 0.
     CSERVICEDBVariant();
     CSERVICEDBVariant(const CSERVICEDBVariant&) = default;
     CSERVICEDBVariant& operator=(const CSERVICEDBVariant&) = default;
@@ -18,6 +19,6 @@ public:
     // Both values become 0.
     void Clear();
 
-    std::int64_t first;
-    std::int64_t second;
+    std::int64_t first;   // the caller's
+    std::int64_t second;  // the caller's
 };

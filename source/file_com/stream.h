@@ -12,26 +12,31 @@
 // The order of the virtual functions and of the fields is part of the binary interface: add only
 // at the end.
 
+// What every stream is. It says nothing of reading or writing.
 class QELKIT_API CQELStream {
 public:
+    // Streams are made as what they read or write.
     CQELStream() = default;
     CQELStream(const CQELStream&) = default;
     CQELStream& operator=(const CQELStream&) = default;
     virtual ~CQELStream();
 };
 
+// A stream that reads.
 class QELKIT_API CQELIStream : public virtual CQELStream {
 public:
     // Brings `n` bytes into `buf`, as the stream behind it can.
     virtual void Read(void* buf, int n) = 0;
 };
 
+// A stream that writes.
 class QELKIT_API CQELOStream : public virtual CQELStream {
 public:
     // Takes `n` bytes from `buf`, which stays as it is.
     virtual void Write(void* buf, int n) = 0;
 };
 
+// A stream that does both.
 class QELKIT_API CQELIOStream : public CQELIStream, public CQELOStream {};
 
 // A stream over a file. A failure is recorded in the file that the stream holds, and thrown as
@@ -44,6 +49,7 @@ public:
     // Over a copy of `file`, which shares its open stream and position.
     CQELFileStream(const CQELFile& file) : file_(file) {}
 
+    // CQELFile::Read and CQELFile::Write of `n` bytes at the position of the shared stream.
     void Read(void* buf, int n) override;
     void Write(void* buf, int n) override;
 
@@ -56,8 +62,10 @@ private:
 // transfers nothing.
 class QELKIT_API CQELMemStream : public CQELIOStream {
 public:
+    // Begins at `cursor`.
     CQELMemStream(void* cursor = nullptr) : cursor_(static_cast<unsigned char*>(cursor)) {}
 
+    // Copy `n` bytes from the cursor to `buf`, or from `buf` to the cursor, which moves on by them.
     void Read(void* buf, int n) override;
     void Write(void* buf, int n) override;
 

@@ -9,8 +9,8 @@
 
 namespace kit {
 
-// Visual C++ makes the const of a returned value part of a function's decorated name, so it stays
-// there; other compilers only warn of it.
+// bool as a result. Visual C++ makes the const of a returned value part of a function's decorated
+// name, so it stays there; other compilers only warn of it.
 #ifdef _MSC_VER
 using ReturnedBool = const bool;
 #else
@@ -30,15 +30,17 @@ using ReturnedBool = bool;
 // The two fields, eight bytes in this order, are part of the binary interface.
 class QELKIT_API CQELRangeIP {
 public:
-    ulong32 from = 0;
-    ulong32 to = 0;
+    ulong32 from = 0;  // the first address
+    ulong32 to = 0;    // the last one; 0: `from` alone
 
+    // The point 0.
     CQELRangeIP() = default;
-    // Stores the bounds as they are.
+    // Stores the bounds `from_address` and `to_address` as they are.
     CQELRangeIP(ulong32 from_address, ulong32 to_address);
     // `from` is the low half of `v` and `to` its high half.
     CQELRangeIP(std::uint64_t v);
 
+    // Whether this is a single address: `to` is `from` or 0.
     kit::ReturnedBool IsPoint() const;
     // Writes a point as (a, a); leaves other ranges alone.
     void Normalize();
@@ -48,8 +50,9 @@ public:
     // Points are ordered by their addresses; otherwise `from` decides, then `to`.
     bool operator<(const CQELRangeIP& b) const;
 
-    // Whether the two share an address. Of an inverted range the bounds alone are looked at: as the
-    // left side it crosses what either bound lies in, as the right side what its `from` lies in.
+    // Whether this and b share an address. Of an inverted range the bounds alone are looked at: as
+    // the left side it crosses what either bound lies in, as the right side what its `from` lies
+    // in.
     bool IsCross(const CQELRangeIP& b) const;
     // Whether this range lies wholly within b.
     bool IsInclude(const CQELRangeIP& b) const;

@@ -26,8 +26,9 @@ class CQELString;
 // A subnet is a range whose `from` is an address and whose `to` is the mask.
 class QELKIT_API CQELRangeIPList : public StdListSafe<CQELRangeIP> {
 public:
+    // No ranges.
     CQELRangeIPList();
-    // (a, a) for each address.
+    // (a, a) for each address of `points`.
     CQELRangeIPList(const CQELLongList& points);
     // (froms[i], tos[i]), up to the end of the shorter list.
     CQELRangeIPList(const CQELLongList& froms, const CQELLongList& tos);
@@ -81,7 +82,8 @@ public:
     // Returns whether there are any.
     bool Cross(const CQELLongList& points, CQELLongList& out) const;
     // Makes out the intersections: for each range of b, and each of this list that crosses it, the
-    // addresses that both have, as a range that out does not have yet. Returns whether there are any.
+    // addresses that both have, as a range that out does not have yet. Returns whether there are
+    // any.
     bool GetCrossRange(const CQELRangeIPList& b, CQELRangeIPList& out) const;
     // Reads this list as subnets and removes from `list` every address that lies in none of them.
     // Returns whether that removed any.
@@ -89,17 +91,17 @@ public:
 
     // --- Lists of addresses ------------------------------------------------------------------
 
-    // Makes out every address of each range in turn, `from` to `to`; a point written as (a, 0), with
-    // a above 0, gives nothing: only normalised points expand.
+    // Makes out every address of each range in turn, `from` to `to`; a point written as (a, 0),
+    // with a above 0, gives nothing: only normalised points expand.
     void GetList(CQELLongList& out);
-    // Becomes (a, a) for each address but 0.
+    // Becomes (a, a) for each address of `points` but 0.
     void SetList(const CQELLongList& points);
     // Makes out the `from` (Left) or `to` (Right) of each range; skipPoints other than 0 leaves out
     // ranges whose bounds are the same.
     void Left(CQELLongList& out, int skipPoints) const;
     void Right(CQELLongList& out, int skipPoints) const;
-    // Overwrite the `from` (SetLeft) or `to` (SetRight) of the ranges one by one, up to the end of
-    // the shorter list.
+    // Overwrite the `from` (SetLeft) or `to` (SetRight) of the ranges by those of l one by one, up
+    // to the end of the shorter list.
     void SetLeft(const CQELLongList& l);
     void SetRight(const CQELLongList& l);
 

@@ -8,6 +8,7 @@
 // virtual function; everything that is said of CQELString holds for it too.
 class QELKIT_API CQELIPString : public CQELString {
 public:
+    // "".
     CQELIPString();
     // The text of CQELIpToText(address, zeroPad).
     CQELIPString(ulong32 address, int zeroPad);

@@ -10,6 +10,7 @@
 // is a std::list: size(), iterators, push_back and so on.
 class QELKIT_API CQELLongList : public StdListSafe<ulong32> {
 public:
+    // No addresses.
     CQELLongList();
     // A list of the one address a.
     CQELLongList(ulong32 a);
@@ -29,7 +30,7 @@ public:
     // not) or when both lists have the same addresses in the same order.
     bool ChangeRemainFirst(const CQELLongList& b);
 
-    // Becomes the addresses of a text: dotted forms (CQELIpToLong) between separators, blanks
+    // Becomes the addresses of a text: dotted forms (CQELIpToLong) between `separator`s, blanks
     // within them removed, duplicates kept. Anything else between separators is skipped without
     // report, and so is what has 300 characters or more. Null and "" give an empty list.
     CQELLongList& FromString(const char* text, char separator);

@@ -23,6 +23,7 @@
 template <typename T>
 class StdListSafe : public std::list<T> {
 public:
+    // No elements.
     StdListSafe() = default;
     // Copies the elements; a save buffer stays with its owner.
     StdListSafe(const StdListSafe& other);
@@ -33,13 +34,14 @@ public:
     StdListSafe& operator=(StdListSafe&& other) noexcept;
 
     // Replaces the elements by those of the `length` bytes at `data`. Null gives an empty list; a
-    // fragment behind the last whole element is ignored. When memory runs out the list is unchanged.
+    // fragment behind the last whole element is ignored. When memory runs out the list is
+    // unchanged.
     virtual void Load(const unsigned char* data, unsigned int length);
 
     // Makes the flat form. `length` receives its size in bytes and `data` a buffer of that size,
     // which this list owns and keeps until its next Save or its end; the buffer of the last Save is
-    // gone. The form of an empty list has length 0, and `data` is left as it was. A form of 4 GiB or
-    // more throws std::length_error, after which everything is as before.
+    // gone. The form of an empty list has length 0, and `data` is left as it was. A form of 4 GiB
+    // or more throws std::length_error, after which everything is as before.
     virtual void Save(unsigned int& length, unsigned char*& data);
 
     // The bytes of one element in the flat form.

@@ -1,6 +1,7 @@
 #include "report/html_table_builder.h"
 
 #include <cstddef>
+#include <cstring>
 #include <exception>
 #include <string>
 
@@ -24,32 +25,36 @@ std::string CharacterSet() {
     return got > 0 ? std::string("; charset=windows-") + code_page : std::string();
 }
 
-const char* AlignAttribute(int align) {
-    constexpr int kRight = 1, kCentre = 2;
-    switch (align & 15) {
-        case kRight:
-            return " align=right";
-        case kCentre:
-            return " align=center";
-        default:
-            return "";
+// A piece of markup, copied as a whole: that is done before its length would be known.
+struct Tag {
+    char text[24];
+    std::size_t length;
+
+    char* CopyTo(char* to) const {
+        std::memcpy(to, text, sizeof text);
+        return to + length;
     }
+};
+
+template <std::size_t N>
+constexpr Tag MakeTag(const char (&text)[N]) {
+    Tag tag{};
+    static_assert(N <= sizeof tag.text);
+    for (std::size_t i = 0; i < N; ++i) tag.text[i] = text[i];
+    tag.length = N - 1;
+    return tag;
 }
 
-// Joins the parts in `to`, terminated. Returns false when they have no room there. Cells are short:
-// a plain loop is done before a call for the length of a part, and another for its copy, would be.
-template <std::size_t N, std::size_t kRoom>
-bool Join(const char* const (&parts)[N], char (&to)[kRoom]) {
-    char* at = to;
-    char* const last = to + kRoom - 1;
-    for (const char* part : parts) {
-        for (; *part; ++part) {
-            if (at == last) return false;
-            *at++ = *part;
-        }
-    }
-    *at = '\0';
-    return true;
+// For cells of rows and of the header: left, right, centre.
+constexpr Tag kBeginCell[2][3] = {
+    {MakeTag("<td>"), MakeTag("<td align=right>"), MakeTag("<td align=center>")},
+    {MakeTag("<th>"), MakeTag("<th align=right>"), MakeTag("<th align=center>")},
+};
+constexpr Tag kEndCell[2] = {MakeTag("</td>\n"), MakeTag("</th>\n")};
+
+std::size_t AlignmentOf(int align) {
+    const auto wanted = static_cast<std::size_t>(align & 15);
+    return wanted < 3 ? wanted : 0;
 }
 
 }  // namespace
@@ -81,13 +86,22 @@ void CQELHTMLTableBuilder::BeginRow() { Put("<tr>\n"); }
 void CQELHTMLTableBuilder::EndRow() { Put("</tr>\n"); }
 
 void CQELHTMLTableBuilder::AddCell(const char* text, int align) {
-    const char* const parts[] = {in_header_ ? "<th" : "<td", AlignAttribute(align), ">",
-                                 IsBlankString(text) ? kBlank : text,
-                                 in_header_ ? "</th>\n" : "</td>\n"};
-    // One call of the file takes longer than all of the joining.
+    const Tag& begin = kBeginCell[in_header_][AlignmentOf(align)];
+    const Tag& end = kEndCell[in_header_];
+    if (IsBlankString(text)) text = kBlank;
+    // In one piece where it fits: one call of the file takes longer than all of the joining.
     char cell[512];
-    if (Join(parts, cell)) return Put(cell);
-    for (const char* const part : parts) Put(part);
+    char* at = begin.CopyTo(cell);
+    const char* const last = cell + sizeof cell - sizeof end.text;
+    const char* from = text;
+    while (*from && at != last) *at++ = *from++;
+    if (*from == '\0') {
+        end.CopyTo(at);
+        return Put(cell);
+    }
+    Put(begin.text);
+    Put(text);
+    Put(end.text);
 }
 
 bool CQELHTMLTableBuilder::IsBlankString(const char* text) {

@@ -12,9 +12,11 @@
 // QEL_HtmlEscape (table_builder_c.h) first, or else its "<" and "&" become markup.
 class QELKIT_API CQELHTMLTableBuilder : public CQELTableBuilder {
 public:
+    // Writes the beginning of the page to `file`, which is open for writing.
     explicit CQELHTMLTableBuilder(CQELFile& file);
     ~CQELHTMLTableBuilder() noexcept(false) override;
 
+    // Write the tags of a row; cells are titles from BeginHeader to EndHeader.
     void BeginHeader() override;
     void EndHeader() override;
     void BeginRow() override;

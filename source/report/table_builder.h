@@ -19,13 +19,16 @@ class CQELFile;  // file_com/qel_file.h
 // is part of the binary interface: add only at the end.
 class QELKIT_API CQELTableBuilder {
 public:
+    // A table in `file`, which is open for writing.
     explicit CQELTableBuilder(CQELFile& file) : file_(file) {}
     CQELTableBuilder(const CQELTableBuilder&) = delete;
     CQELTableBuilder& operator=(const CQELTableBuilder&) = delete;
     virtual ~CQELTableBuilder() noexcept(false);
 
+    // Begin and end the row of titles; once, before the rows.
     virtual void BeginHeader() = 0;
     virtual void EndHeader() = 0;
+    // Begin and end a row.
     virtual void BeginRow() = 0;
     virtual void EndRow() = 0;
     // Adds a cell to the row or header.
@@ -45,7 +48,9 @@ private:
 // library does not.
 class QELKIT_API CQELListCtrlBuilder {
 public:
+    // A column: its `title` and alignment, `align`, in the terms of the program's control.
     virtual void AddColumn(const char* title, int align) = 0;
+    // The `text` in a `row` and `column`.
     virtual void AddItem(int row, int column, const char* text) = 0;
 
 protected:

@@ -23,7 +23,8 @@ extern "C" {
 /* A table that is being written. */
 typedef struct QEL_TableBuilder QEL_TableBuilder;
 
-enum { QEL_TABLE_HTML = 1 }; /* the types */
+/* The types of tables. */
+enum { QEL_TABLE_HTML = 1 /* a page of HTML */ };
 
 /* Creates the file, in text mode, replacing one that is there, and begins the page.
      type  1 HTML; any other gives 28 and leaves an empty file

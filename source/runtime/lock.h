@@ -12,6 +12,7 @@ namespace QEL {
 // The fields are part of the binary interface.
 class QELKIT_API CLock {
 public:
+    // Nobody has it.
     CLock();
     ~CLock();
     CLock(const CLock&) = delete;
@@ -19,6 +20,7 @@ public:
 
     // Enters, after waiting for as long as another thread has the lock.
     void Lock();
+    // Leaves; the last leaving lets a waiting thread in.
     void Unlock();
 
     // Enters if that is possible at once; returns whether it did. On a platform that cannot try

@@ -11,13 +11,14 @@
 // count right behind the table pointer are part of the binary interface.
 class QELKIT_API CRefCnt {
 public:
+    // Count 0: the first reference makes it 1.
     CRefCnt() = default;
     // A copy is an object of its own; a count is never copied.
     CRefCnt(const CRefCnt&) : CRefCnt() {}
     CRefCnt& operator=(const CRefCnt&) { return *this; }
     virtual ~CRefCnt();
 
-    // Each returns the new count.
+    // Add and drop a reference; each returns the new count. At 0 or below the object is deleted.
     long32 AddRef() { return ++count_; }
     long32 Release() {
         const long32 left = --count_;
@@ -33,6 +34,7 @@ private:
 template <typename T>
 class TRef {
 public:
+    // One more reference to `object`; null: none.
     TRef(T* object = nullptr) : object_(object) {
         if (object_) object_->AddRef();
     }
@@ -49,9 +51,11 @@ public:
         if (object_) object_->Release();
     }
 
+    // The object, null when there is none; no reference is added.
     T* get() const { return object_; }
     T* operator->() const { return object_; }
     T& operator*() const { return *object_; }
+    // Whether there is an object.
     explicit operator bool() const { return object_ != nullptr; }
 
 private:

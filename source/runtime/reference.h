@@ -15,6 +15,7 @@
 // the binary interface: add only at the end.
 class QELKIT_API CQELReference {
 public:
+    // Count 1, for the creator.
     CQELReference() : count_(1) {}
     // A copy is an object of its own, with one owner; a count is never copied.
     CQELReference(const CQELReference&) : count_(1) {}

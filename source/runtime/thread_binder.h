@@ -28,10 +28,12 @@ namespace QEL {
 class QELKIT_API IFunction : public CRefCnt {
 public:
     ~IFunction() override;
+    // Do nothing and are never called.
     virtual void Reserved1();
     virtual void Reserved2();
     virtual void Reserved3();
     virtual void Reserved4();
+    // The work; called once for each BindInvoke, on the worker.
     virtual void Invoke() = 0;
 };
 
@@ -43,7 +45,8 @@ public:
     // Adds a reference to `function` and posts it; the worker drops that reference after it has run
     // the function. Null does nothing. Any thread may post, the worker too. While the worker's
     // queue is full (10,000 functions by default) the call waits; only what the worker then posts to
-    // itself is kept aside until there is room. A function that cannot be posted because there is no worker is released unrun.
+    // itself is kept aside until there is room. A function that cannot be posted because there is
+    // no worker is released unrun.
     virtual void BindInvoke(IFunction* function) = 0;
 };
 

@@ -16,8 +16,8 @@
 // The class tree is XQELBaseMsg <- XQELMsg <- XQELStatus <- XQELErrno <- XQELFile. What can be
 // reported changes through const functions, so that a `const XQELFile&` is enough to report into.
 // No constructor throws, whatever it is given. Copies take all fields, the raise flag included.
-// Mind what converts: XQELFile("text") sets the raise flag and stores no text, and XQELStatus(false)
-// is status 0 with the raise flag set.
+// Mind what converts: XQELFile("text") sets the raise flag and stores no text, and
+// XQELStatus(false) is status 0 with the raise flag set.
 //
 // One object belongs to one thread at a time.
 //
@@ -30,6 +30,7 @@ class QELKIT_API XQELBaseMsg {};
 // A raise flag and an additional text (for example the name of the file that failed).
 class QELKIT_API XQELMsg : public XQELBaseMsg {
 public:
+    // The raise flag, and the additional text ("" without one).
     XQELMsg(bool raise = true);
     XQELMsg(const CQELString& text, bool raise);
     virtual ~XQELMsg();
@@ -53,7 +54,7 @@ protected:
     // Throws a copy of the object as the class that overrides this.
     virtual void Raise() const = 0;
 
-    // For classes whose copies take the raise flag and nothing else of the status.
+    // For classes whose copies take the raise flag of `other` and nothing else of the status.
     void TakeRaiseFlag(const XQELMsg& other) { raise_ = other.raise_; }
 
 private:
@@ -64,10 +65,12 @@ private:
 // A status code; 0 is no error.
 class QELKIT_API XQELStatus : public XQELMsg {
 public:
+    // The status, the raise flag and the additional text ("" without one; null is "").
     XQELStatus(int status = 0, bool raise = true);
     XQELStatus(int status, const CQELString& text, bool raise);
     XQELStatus(int status, const char* text, bool raise);
 
+    // The recorded status; 0 is no error.
     int Status() const { return status_; }
 
     // status != 0
@@ -91,9 +94,10 @@ private:
 // A status and an error number of the C runtime; 0 is none.
 class QELKIT_API XQELErrno : public XQELStatus {
 public:
-    // Status 0, this error number.
+    // Status 0, this error number and raise flag.
     XQELErrno(int error_number, bool raise);
 
+    // The recorded error number; 0 is no error.
     int Errno() const { return error_number_; }
 
     // Error number != 0: the status is not looked at.
@@ -118,7 +122,7 @@ private:
 // Status and error number together: what file operations report into, and the base of files.
 class QELKIT_API XQELFile : public XQELErrno {
 public:
-    // Status 0, error number 0.
+    // Status 0, error number 0, this raise flag.
     XQELFile(bool raise = true);
 
     // Status != 0 or error number != 0.

@@ -28,5 +28,5 @@ QELKIT_API ulong32 HResult2QelkitErr(long32 hresult);
 // The PKCS#11 return value for a status; 6 (CKR_FUNCTION_FAILED) for an unlisted one.
 QELKIT_API ulong32 QelkitErr2PKCS11Err(int status);
 
-// 0 for 0 (CKR_OK), 115 (function not implemented) for every other PKCS#11 return value.
+// 0 for 0 (CKR_OK), 115 (function not implemented) for every other PKCS#11 return value `rv`.
 QELKIT_API int PKCS11ErrQelkitErr2(ulong32 rv);

@@ -37,5 +37,5 @@ QELKIT_API void PrintResults(int status, const char* name);
 // writes nothing.
 QELKIT_API char* CQELGetString(char* out, int size, int id, HINSTANCE module);
 
-// Suspends the calling thread for at least that time; 0xFFFFFFFF is for ever.
+// Suspends the calling thread for at least so many milliseconds; 0xFFFFFFFF is for ever.
 QELKIT_API void delay(unsigned int milliseconds);

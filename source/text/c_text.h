@@ -11,8 +11,8 @@
 // holds only as long as nobody unmaps the memory.
 QELKIT_API int QELIsValidAddress(const void* p, unsigned int size, int for_write);
 
-// Whether `s` can be read up to its terminator or, if that comes first, max_length characters (below
-// 0: no limit): 1 or 0. Null: 0.
+// Whether `s` can be read up to its terminator or, if that comes first, max_length characters
+// (below 0: no limit): 1 or 0. Null: 0.
 QELKIT_API int QELIsValidString(const char* s, int max_length);
 
 // Searches a block of terminated strings, one behind the other, for `needle`, string by string: a
@@ -24,14 +24,14 @@ QELKIT_API int QELIsValidString(const char* s, int max_length);
 QELKIT_API const char* CTFStrStr(const char* block, const char* needle, int blockSize);
 QELKIT_API const char* CTFStrStrA(const char* block, const char* needle, int blockSize);
 
-// Patches of a terminated text in the caller's buffer. Null: nothing.
+// Patches of a terminated text s in the caller's buffer. Null: nothing.
 
-// Cuts trailing blanks, and nothing else that is white.
+// Cuts trailing blanks of s, and nothing else that is white.
 QELKIT_API void TrimEndSpaces(char* s);
-// Appends a backslash unless one is the last byte: the buffer has room for one more character. A
-// text that is empty or begins with a byte above 127 is replaced by a single backslash.
+// Appends a backslash to s unless one is the last byte: the buffer has room for one more character.
+// A text that is empty or begins with a byte above 127 is replaced by a single backslash.
 QELKIT_API void CheckEndSlash(char* s);
-// Removes one trailing backslash.
+// Removes one trailing backslash of s.
 QELKIT_API void CutEndSlash(char* s);
 
 // Where `value` lies: -1 below `low`, 1 above `high`, else 0. `low` is looked at first.

@@ -73,11 +73,11 @@ QELKIT_API int QEL_MIMEBase64Decode(const char* text, char* out, unsigned int ma
 
 // Hexadecimal. Neither function fails.
 
-// Writes two digits (0-9, A-F) for each byte, with one blank between bytes if `spaced`, and a
-// terminator into `out`, which has room for `outSize` characters. What has no room is left out:
-// there are only ever whole bytes. Returns the characters written, the terminator included; 0, and
-// nothing written, when there is not even one byte.
-// A null `out`: returns the room for all; 0 when it does not fit 32 bits. Null `data` has no bytes.
+// Writes two digits (0-9, A-F) for each of the `size` bytes at `data`, with one blank between bytes
+// if `spaced`, and a terminator into `out`, which has room for `outSize` characters. What has no
+// room is left out: there are only ever whole bytes. Returns the characters written, the terminator
+// included; 0, and nothing written, when there is not even one byte. A null `out`: returns the room
+// for all; 0 when it does not fit 32 bits. Null `data` has no bytes.
 QELKIT_API ulong32 QELBin2Hex(const unsigned char* data, ulong32 size, char* out, ulong32 outSize,
                               bool spaced);
 

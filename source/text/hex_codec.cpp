@@ -32,6 +32,7 @@ char* WriteByte(unsigned char byte, char* to) {
 }
 
 constexpr std::size_t kBlock = 16;  // bytes; twice as many digits
+constexpr std::size_t kSpacedBlock = 8;
 
 #ifdef QELKIT_SSE2
 
@@ -83,6 +84,52 @@ bool ReadBlock(const char* from, unsigned char* to) {
     return true;
 }
 
+// --- Two digits and a blank for every byte -------------------------------------------------------
+
+// The digits at these places; a blank for every place below 0.
+QELKIT_SSSE3 __m128i SpreadDigits(__m128i digits, __m128i places) {
+    const __m128i is_blank = _mm_cmplt_epi8(places, _mm_setzero_si128());
+    return _mm_or_si128(_mm_shuffle_epi8(digits, places),
+                        _mm_and_si128(is_blank, _mm_set1_epi8(' ')));
+}
+
+// Writes 8 bytes as 24 characters, of which the last is a blank.
+QELKIT_SSSE3 void WriteSpacedBlock(const unsigned char* from, char* to) {
+    const __m128i bytes = _mm_loadl_epi64(Vector(from));
+    const __m128i low_half = _mm_set1_epi8(15);
+    const __m128i high = _mm_and_si128(_mm_srli_epi16(bytes, 4), low_half);
+    const __m128i nibbles = _mm_unpacklo_epi8(high, _mm_and_si128(bytes, low_half));
+    const __m128i digits = ToDigits(nibbles);
+    const __m128i first = _mm_setr_epi8(0, 1, -1, 2, 3, -1, 4, 5, -1, 6, 7, -1, 8, 9, -1, 10);
+    const __m128i second =
+        _mm_setr_epi8(11, -1, 12, 13, -1, 14, 15, -1, -1, -1, -1, -1, -1, -1, -1, -1);
+    _mm_storeu_si128(Vector(to), SpreadDigits(digits, first));
+    _mm_storel_epi64(Vector(to + 16), SpreadDigits(digits, second));
+}
+
+// Reads 24 characters as WriteSpacedBlock makes them; false, and nothing written, for others.
+QELKIT_SSSE3 bool ReadSpacedBlock(const char* from, unsigned char* to) {
+    const __m128i begin = _mm_loadu_si128(Vector(from));
+    const __m128i end = _mm_loadu_si128(Vector(from + 8));
+    // The eight first digits, then the eight second ones; the eight blanks twice.
+    const __m128i digits = _mm_or_si128(
+        _mm_shuffle_epi8(begin,
+                         _mm_setr_epi8(0, 3, 6, 9, 12, 15, -1, -1, 1, 4, 7, 10, 13, -1, -1, -1)),
+        _mm_shuffle_epi8(
+            end, _mm_setr_epi8(-1, -1, -1, -1, -1, -1, 10, 13, -1, -1, -1, -1, -1, 8, 11, 14)));
+    const __m128i blanks = _mm_or_si128(
+        _mm_shuffle_epi8(begin,
+                         _mm_setr_epi8(2, 5, 8, 11, 14, -1, -1, -1, 2, 5, 8, 11, 14, -1, -1, -1)),
+        _mm_shuffle_epi8(
+            end, _mm_setr_epi8(-1, -1, -1, -1, -1, 9, 12, 15, -1, -1, -1, -1, -1, 9, 12, 15)));
+    __m128i known = _mm_cmpeq_epi8(blanks, _mm_set1_epi8(' '));
+    const __m128i nibbles = ToNibbles(digits, known);
+    if (_mm_movemask_epi8(known) != 0xFFFF) return false;
+    _mm_storel_epi64(Vector(to),
+                     _mm_or_si128(_mm_slli_epi16(nibbles, 4), _mm_srli_si128(nibbles, 8)));
+    return true;
+}
+
 #else
 
 void WriteBlock(const unsigned char* from, char* to) {
@@ -99,6 +146,13 @@ char* WritePlain(const unsigned char* from, std::size_t count, char* to) {
 }
 
 char* WriteSpaced(const unsigned char* from, std::size_t count, char* to) {
+#ifdef QELKIT_SSSE3
+    for (; kit::kHasSsse3 && count > kSpacedBlock; count -= kSpacedBlock) {
+        WriteSpacedBlock(from, to);
+        from += kSpacedBlock;
+        to += 3 * kSpacedBlock;
+    }
+#endif
     to = WriteByte(*from++, to);
     for (; count > 1; --count) {
         *to++ = ' ';
@@ -135,7 +189,7 @@ public:
         return value;
     }
 
-    // Fills `to` by blocks as long as there is room for one and the next 32 characters are digits.
+    // Fills `to` by blocks as long as there is room for one and the next characters make one.
     // Returns the bytes written.
     std::size_t TakeBlocks(unsigned char* to, std::size_t room) {
         std::size_t count = 0;
@@ -143,6 +197,13 @@ public:
             at_ += 2 * kBlock;
             count += kBlock;
         }
+#ifdef QELKIT_SSSE3
+        while (kit::kHasSsse3 && room - count >= kSpacedBlock && HasCharacters(3 * kSpacedBlock) &&
+               ReadSpacedBlock(at_, to + count)) {
+            at_ += 3 * kSpacedBlock;
+            count += kSpacedBlock;
+        }
+#endif
         return count;
     }
 

@@ -44,26 +44,28 @@ public:
 
         // From malloc; null, no exception, without memory.
         static void* operator new(std::size_t size) noexcept;
+        // Frees a block of malloc.
         static void operator delete(void* body) noexcept;
 
-        char* text_;
-        int length_;
+        char* text_;  // terminated
+        int length_;  // in bytes, without the terminator
     };
 
     // The bits of Strip(); combine them with |.
     enum EStripType {
-        kStripLeadingBlanks = 1,
-        kStripTrailingBlanks = 2,
-        kStripLineFeed = 4,
-        kStripSlash = 16,
-        kStripUrl = 32,
-        kStripLineEnds = 64,
-        kStripAllBlanks = 128,
-        kStripQuotes = 0x100,
+        kStripLeadingBlanks = 1,   // blanks at the start
+        kStripTrailingBlanks = 2,  // blanks at the end
+        kStripLineFeed = 4,        // a final line feed
+        kStripSlash = 16,          // a final slash of either kind
+        kStripUrl = 32,            // "http://" and a final slash
+        kStripLineEnds = 64,       // carriage returns and line feeds at the end
+        kStripAllBlanks = 128,     // every blank
+        kStripQuotes = 0x100,      // blanks and double quotes on both sides
     };
 
     // --- Construction and assignment ---------------------------------------------------------
 
+    // Empty.
     CQELString() : body_(nullptr) {}
     // A copy of `s`; null and "" give the empty string.
     CQELString(const char* s);
@@ -92,18 +94,22 @@ public:
     // The byte at an index; 0 at or past the end and for a negative index.
     char operator[](int index) const;
     char operator[](std::uint64_t index) const;
+    // The length in bytes.
     int Length() const { return body_ ? body_->length_ : 0; }
     int GetLength() const { return Length(); }
+    // Whether the length is 0.
     bool IsEmpty() const { return Length() == 0; }
     // Whether there is a body: not empty.
     bool IsValid() const { return body_ != nullptr; }
     // Whether the text is readable memory; true when empty.
     bool IsValidString() const;
+    // Lets go of the text.
     void Empty();
 
     // Becomes the text of `n` bytes at `data`, up to the first zero byte among them. Null: empty.
     void Load(const unsigned char* data, unsigned int n);
-    // The length and the text itself, not a copy: to be read only, while the string lives unchanged.
+    // Sets `n` to the length and `data` to the text itself, not a copy: to be read only, while the
+    // string lives unchanged.
     void Save(unsigned int& n, unsigned char*& data) const;
 
     // --- String resources --------------------------------------------------------------------
@@ -141,9 +147,9 @@ public:
     bool operator<(const CQELString& s) const;
     bool operator>(const CQELString& s) const;
 
-    // Below 0, 0 or above 0 by the runtime's multi-byte comparison, which ignores the case of
-    // Cyrillic letters only in a locale that has them. An empty string equals null and is below
-    // everything else, "" included.
+    // Below 0, 0 or above 0 by the runtime's multi-byte comparison, which with `no_case` ignores
+    // the case of letters (of Cyrillic ones only in a locale that has them). An empty string equals
+    // null and is below everything else, "" included.
     int Compare(const char* s, bool no_case = false) const;
     int CompareNoCase(const char* s) const { return Compare(s, true); }
     // The same by Russian dictionary order. Switches the process's locale for the time of the
@@ -166,6 +172,7 @@ public:
     // --- Parts: new strings ------------------------------------------------------------------
     // Negative counts and positions count as 0.
 
+    // At most n bytes from the start, from the end, or from byte pos on.
     CQELString Left(int n) const;
     CQELString Right(int n) const;
     CQELString Mid(int pos, int n) const;
@@ -187,12 +194,12 @@ public:
     // Replaces every occurrence, searching on behind each replacement. "" and null as `old` change
     // nothing; null as `repl` is "".
     CQELString& Replace(const char* old, const char* repl);
-    // Removes the first occurrence.
+    // Removes the first occurrence, with `no_case` of either case as FindNocase finds it.
     CQELString& RemoveSubstring(const char* s, bool no_case = false);
     // Removes every byte that occurs in `set`.
     CQELString& Exclude(const char* set);
-    // Remove runs at the start or end, stepping by multi-byte characters; in place, shared with
-    // all copies.
+    // Remove runs of a character, or of those in `set`, at the start or end, stepping by multi-byte
+    // characters; in place, shared with all copies.
     CQELString& TrimLeft(char c = ' ');
     CQELString& TrimRight(char c = ' ');
     CQELString& TrimLeft(const char* set);
@@ -212,10 +219,10 @@ public:
     // Makes the text end in exactly the one backslash that this appends: a final slash of either
     // kind is dropped first.
     CQELString& StrAddSlash();
-    // On a caller's buffer with room for one more character: "" becomes "\"; a backslash is
+    // On a caller's `path` with room for one more character: "" becomes "\"; a backslash is
     // appended unless the last character is one. Null: nothing.
     static void StrAddSlash(char* path);
-    // Removes one trailing backslash. Null: nothing.
+    // Removes one trailing backslash of `path`. Null: nothing.
     static void StrCutSlash(char* path);
 
     // --- Case and code page --------------------------------------------------------------------
@@ -255,17 +262,17 @@ public:
     // The runtime's formatter, in two passes. Nothing changes when it reports an error.
     CQELString& Format(const char* fmt, ...);
 
-    // Estimates the length, then formats once. The string becomes the format text itself,
-    // unformatted, when the formatter reports an error or the result is longer than the estimate:
-    // never half a result. The estimate counts nothing for %E, %a and sizes other than h, l, F, L,
-    // N and I64 (%lld), so that these mostly end as the format text; use %e, %g, %I64d. An estimate
-    // beyond 32 bits gives "(CQELPtr:ZeroItems)".
+    // Estimates the length of `fmt` with the list `args`, then formats once. The string becomes the
+    // format text itself, unformatted, when the formatter reports an error or the result is longer
+    // than the estimate: never half a result. The estimate counts nothing for %E, %a and sizes
+    // other than h, l, F, L, N and I64 (%lld), so that these mostly end as the format text; use %e,
+    // %g, %I64d. An estimate beyond 32 bits gives "(CQELPtr:ZeroItems)".
     CQELString& FormatV(const char* fmt, char* args);
 
-    // Walks the format itself: "%", an optional "-", then one of blank and "+", width, "." and
-    // precision (digits or "*"), one size of F, L, N, h and l, the type; nothing else and in this
-    // order only. "%+-5d" ends at its "-", "%#x" at its "#", "%I64d" at its "I". A format that ends
-    // before the type of a conversion: that part is text.
+    // Formats `fmt` with the list `args` by walking the format itself: "%", an optional "-", then
+    // one of blank and "+", width, "." and precision (digits or "*"), one size of F, L, N, h and l,
+    // the type; nothing else and in this order only. "%+-5d" ends at its "-", "%#x" at its "#",
+    // "%I64d" at its "I". A format that ends before the type of a conversion: that part is text.
     //   s, c    laid out here, always narrow. Null is "(null)". Text and width are cut to 256
     //           characters. "%-3s" also cuts to its width, "%3s" does not. A precision counts as
     //           given for the padding on the left: "%9.5s" of "abc" is 4 blanks and "abc".
@@ -288,6 +295,7 @@ private:
     CQELStringImp* body_;
 };
 
+// The bits of both.
 inline CQELString::EStripType operator|(CQELString::EStripType a, CQELString::EStripType b) {
     return static_cast<CQELString::EStripType>(static_cast<int>(a) | static_cast<int>(b));
 }

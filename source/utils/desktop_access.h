@@ -15,10 +15,10 @@
 
 namespace QELUtils {
 
-// Gives a token's user all rights on a desktop, or takes rights away, and makes the desktop handle
-// inheritable. The handle needs the rights to read and to write the access list.
-// Returns 0 or the system's error code; a desktop without an access list stays without one.
-// Throws `long`: 16385 on systems that are not of the NT family, before anything is done, and
+// Gives a token's user all rights on a desktop, or takes rights away (`grant` false), and makes the
+// desktop handle inheritable. The handle needs the rights to read and to write the access list.
+// Returns 0 or the system's error code; a desktop without an access list stays without one. Throws
+// `long`: 16385 on systems that are not of the NT family, before anything is done, and
 // (long)0x8007000E when there is no memory for the new list.
 QELKIT_API ulong32 AdjustDesktopDACL(void* token, HDESK desktop, bool grant);
 

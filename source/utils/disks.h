@@ -21,8 +21,8 @@ QELKIT_API std::int64_t GetTotalDiskSpace(const char* path);
 // system's code; then *letter is 0.
 QELKIT_API ulong32 GetFirstFreeDriveLetter(char start, char* letter);
 
-// Whether two paths lie on the same drive: equal first three characters, or for network paths
-// equal folder parts, letter case aside. Null lies nowhere: false.
+// Whether the paths `path1` and `path2` lie on the same drive: equal first three characters, or for
+// network paths equal folder parts, letter case aside. Null lies nowhere: false.
 QELKIT_API bool FromSomeDrive(const char* path1, const char* path2);
 
 }  // namespace QELUtils

@@ -7,10 +7,10 @@
 #include "platform/windows.h"
 #include "text/qel_string.h"
 
-// What the version resource of a module file (a DLL, a program, a driver) says. Nothing here throws;
-// a file without a readable version resource, without a translation table or without a fixed record
-// answers false to everything. Damaged resources are such files. One object belongs to one thread
-// at a time.
+// What the version resource of a module file (a DLL, a program, a driver) says. Nothing here
+// throws; a file without a readable version resource, without a translation table or without a
+// fixed record answers false to everything. Damaged resources are such files. One object belongs to
+// one thread at a time.
 
 namespace QELUtils {
 
@@ -27,24 +27,24 @@ public:
     // All texts of a module, in the system's ANSI code page. What the resource does not name is
     // empty.
     struct DLLINFO {
-        CQELString module_name;  // as it was given to SetDllName
-        CQELString company_name;
-        CQELString copyright;
-        CQELString description;
+        CQELString module_name;    // as it was given to SetDllName
+        CQELString company_name;   // "CompanyName"
+        CQELString copyright;      // "LegalCopyright"
+        CQELString description;    // "FileDescription"
         CQELString file_version;   // the text, which need not agree with the fixed file version
-        CQELString major_version;  // the two high numbers of the fixed file version, decimal
-        CQELString minor_version;
-        CQELString internal_name;
-        CQELString original_file_name;
-        CQELString product_name;
-        CQELString product_version;
+        CQELString major_version;  // the first number of the fixed file version
+        CQELString minor_version;  // the second number of it
+        CQELString internal_name;  // "InternalName"
+        CQELString original_file_name;  // "OriginalFilename"
+        CQELString product_name;        // "ProductName"
+        CQELString product_version;     // "ProductVersion"
         CQELString fixed_file_version;  // "1.2.3.4"
         CQELString os;                  // "Win32 API on Windows NT"; empty when it has no name
         CQELString type;                // "Dynamic link library"; empty when it has no name
         CQELString language;            // the system's name for the language id
         CQELString character_set;       // "Cyrillic"; the number of a code page without a name
         CQELString file_date;           // the two halves of the fixed record, "%08X %08X"
-        CQELString comments;
+        CQELString comments;            // "Comments"
     };
 
     // No name, nothing loaded.
@@ -56,6 +56,7 @@ public:
     // The module to ask about, by a path as LoadLibrary takes it. Setting the same name again keeps
     // what is loaded; any other makes the next question read the file. Null is "".
     void SetDllName(const char* path);
+    // That path; never null, valid until the next SetDllName.
     const char* GetDllName() const { return info_.module_name; }
 
     // The whole record, or the fixed record as the resource holds it; false leaves it untouched.
@@ -114,14 +115,15 @@ public:
     bool GetVersion(VS_FIXEDFILEINFO& record);
 };
 
-// The file version's high 32 bits, 0x00010002 for 1.2.3.4; 0 when the module has no readable
-// version resource.
+// The high 32 bits of the file version of the module at `path`, 0x00010002 for 1.2.3.4; 0 when it
+// has no readable version resource.
 QELKIT_API ulong32 GetVersionInfo(const char* path);
 
-// The text "Comments" of a module, empty when it has none. On false, when the module has no
-// readable version resource, `out` is empty.
+// The text "Comments" of the module at `path`, empty when it has none. On false, when the module
+// has no readable version resource, `out` is empty.
 QELKIT_API bool GetCommentsString(const char* path, CQELString& out);
-// The same by CLibraryInfo::CommentsOnly: without asking for a fixed record, and with the reason.
+// The same by CLibraryInfo::CommentsOnly(out, error): without asking for a fixed record, and with
+// the reason.
 QELKIT_API bool GetCommentsStringOnly(const char* path, CQELString& out, ulong32& error);
 
 }  // namespace QELUtils

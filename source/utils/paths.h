@@ -17,9 +17,9 @@ namespace QELUtils {
 // 0 when the drive is not connected to a network folder, or the system does not tell.
 QELKIT_API int GetUniversalName(char* const out, const char* const path);
 
-// The network name of a path: of one that begins with "\\" itself, without the prefix "\\?\UNC\" if
-// it has that; of one on a network drive, or on a drive that is not there (a connection that is not
-// made yet), GetUniversalName's. 0 for every other path.
+// Sets `out` to the network name of a path: of one that begins with "\\" itself, without the prefix
+// "\\?\UNC\" if it has that; of one on a network drive, or on a drive that is not there (a
+// connection that is not made yet), GetUniversalName's. 0 for every other path.
 QELKIT_API int GetUNCFileName(const char* path, std::string& out);
 
 // The same for what the path leads to: an existing file or folder is opened, so that links,
@@ -29,7 +29,8 @@ QELKIT_API int GetResolvedUNCFileName(const char* path, std::string& out);
 
 // The long form of a path that may have short names in it: its length, written with a terminator
 // into out[0, size). 0 when there is no such file (GetLastError tells) or `path` is null; when the
-// room does not do, the room that it takes, terminator included. `out` may be null when `size` is 0.
+// room does not do, the room that it takes, terminator included. `out` may be null when `size` is
+// 0.
 QELKIT_API ulong32 GetLongPathNameA(const char* path, char* out, ulong32 size);
 
 // One form for the many of a path: absolute, with backslashes, without ".", ".." and doubled or
@@ -37,7 +38,7 @@ QELKIT_API ulong32 GetLongPathNameA(const char* path, char* out, ulong32 size);
 // is kept. A path that has no such form comes back as it is.
 QELKIT_API std::string NormilizePath(const std::string& path);
 
-// Whether two paths are the same when normalised, letter case aside.
+// Whether `path1` and `path2` are the same when normalised, letter case aside.
 QELKIT_API bool IsPathEqual(const std::string& path1, const std::string& path2);
 
 }  // namespace QELUtils

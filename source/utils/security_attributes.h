@@ -17,11 +17,13 @@ namespace QELUtils {
 // A null access list: no restriction for anyone, not even for changing the list itself.
 class QELKIT_API CNullDaclSA {
 public:
+    // Makes the descriptor.
     CNullDaclSA();
     ~CNullDaclSA();
     CNullDaclSA(const CNullDaclSA&) = delete;
     CNullDaclSA& operator=(const CNullDaclSA&) = delete;
 
+    // The attributes for a call; they live as long as this object.
     operator SECURITY_ATTRIBUTES*() { return &attributes_; }
 
 private:
@@ -33,11 +35,13 @@ private:
 // inside.
 class QELKIT_API CWorldDaclSA {
 public:
+    // Makes the descriptor.
     CWorldDaclSA();
     ~CWorldDaclSA();
     CWorldDaclSA(const CWorldDaclSA&) = delete;
     CWorldDaclSA& operator=(const CWorldDaclSA&) = delete;
 
+    // The attributes for a call; they live as long as this object.
     operator SECURITY_ATTRIBUTES*() { return &attributes_; }
 
 private:

@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include "base/byte_order.h"
+#include "support/formats_page.h"
 #include "support/guarded_buffer.h"
 #include "support/hex_bytes.h"
 
@@ -31,32 +34,21 @@ TEST(CompressMemory, WritesHeaderAndPayloadIntoJustEnoughRoom) {
     EXPECT_EQ(ToHex(kContainer.data(), 30), ToHex(container.data(), 30));
 }
 
+// By length, room and method.
 TEST(CompressMemory, FailsWithoutRoomOrGainOrMethod) {
-    const struct {
-        const char* what;
-        ulong32 src_len, room;
-        unsigned char method;
-    } cases[] = {
-        {"no room for the header", 31, 23, 1},
-        {"no room at all", 31, 0, 1},
-        {"no room for a header of its own", 31, 23, 2},
-        {"one byte of the payload does not fit", 31, 29, 1},
-        {"the container is as long as the text", 30, 60, 1},
-        {"nothing to compress", 0, 60, 1},
-        {"method 0", 31, 60, 0},
-        {"method 3", 31, 60, 3},
-        {"method 255", 31, 60, 255},
-        {"a placed payload that saves nothing", 31, 31, 2},
+    const std::tuple<ulong32, ulong32, int> cases[] = {
+        {31, 23, 1}, {31, 0, 1},  {31, 23, 2}, {31, 29, 1}, {30, 60, 1},
+        {0, 60, 1},  {31, 31, 2}, {31, 60, 0}, {31, 60, 3}, {31, 60, 255},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        GuardedBuffer container(c.room);
-        std::memset(container.data(), 0xCC, c.room);
-        ulong32 size = c.room;
-        EXPECT_EQ(0, CompressMemory(kText.data(), c.src_len, container.data(), &size, c.method));
-        EXPECT_EQ(c.room, size);
-        EXPECT_TRUE(c.room == 0 || container.data()[0] == 0xCC)
-            << "a header in spite of the failure";
+    for (const auto& [length, room, method] : cases) {
+        SCOPED_TRACE(testing::Message() << length << " into " << room << " by " << method);
+        GuardedBuffer container(room);
+        std::memset(container.data(), 0xCC, room);
+        ulong32 size = room;
+        EXPECT_EQ(0, CompressMemory(kText.data(), length, container.data(), &size,
+                                    static_cast<unsigned char>(method)));
+        EXPECT_EQ(room, size);
+        EXPECT_TRUE(room == 0 || container.data()[0] == 0xCC) << "a header all the same";
     }
 }
 
@@ -89,35 +81,22 @@ TEST(CompressMemory, FailsOnNullPointers) {
 }
 
 TEST(IsMemoryCompressed, WantsOneHeaderWhoseSizesMakeUpTheLength) {
-    std::string wide = With(20, 25);  // a longer header is fine when the sizes still add up
-    wide[12] = 5;
+    std::string longer = With(20, 25);  // fine when the sizes still add up
+    longer[12] = 5;
+    std::string shorter = With(20, 23);
+    shorter[12] = 7;
     std::string wrapped = With(20, 0xF0);  // 0xFFFFFFF0 + 0x2E is 30 in 32 bits only
     wrapped.replace(21, 3, "\xFF\xFF\xFF");
     wrapped[12] = 0x2E;
-    std::string narrow = With(20, 23);
-    narrow[12] = 7;
-    const struct {
-        const char* what;
-        std::string bytes;
-        int expected;
-    } cases[] = {
-        {"a container", kContainer, 1},
-        {"any original size", With(8, 77), 1},
-        {"any method", With(16, 77), 1},
-        {"any reserved bytes", With(17, 77), 1},
-        {"a longer header", wide, 1},
-        {"a shorter header", narrow, 0},
-        {"no marker", With(3, 0xFE), 0},
-        {"no signature", With(7, 'p'), 0},
-        {"a payload too long", With(12, 7), 0},
-        {"a payload too short", With(12, 5), 0},
-        {"sizes beyond 32 bits", wrapped, 0},
-        {"a byte behind the container", kContainer + "x", 0},
+    const std::pair<std::string, int> cases[] = {
+        {kContainer, 1},       {longer, 1},       {shorter, 0},      {wrapped, 0},
+        {kContainer + "x", 0}, {With(8, 77), 1},  {With(16, 77), 1}, {With(17, 77), 1},
+        {With(3, 0xFE), 0},    {With(7, 'p'), 0}, {With(12, 7), 0},  {With(12, 5), 0},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        GuardedBuffer data(c.bytes.data(), c.bytes.size());
-        EXPECT_EQ(c.expected, IsMemoryCompressed(data.data(), static_cast<ulong32>(data.size())));
+    for (const auto& [bytes, expected] : cases) {
+        GuardedBuffer data(bytes.data(), bytes.size());
+        EXPECT_EQ(expected, IsMemoryCompressed(data.data(), static_cast<ulong32>(data.size())))
+            << ToHex(bytes.data(), bytes.size());
     }
     for (ulong32 length = 0; length < 30; ++length) {
         GuardedBuffer cut(kContainer.data(), length);
@@ -150,24 +129,20 @@ TEST(DecompressMemory, PutsTheBytesProducedIntoTheSource) {
     EXPECT_EQ(1, DecompressMemory(container.data(), text, &size));
     EXPECT_EQ(31u, size);
     EXPECT_EQ(kContainer, container);
-}
 
-TEST(DecompressMemory, StopsOneByteBehindTheOriginalSizeOfALyingHeader) {
-    const std::string original = With(8, 30);
-    std::string container = original;
-    GuardedBuffer text(31);
-    ulong32 size = 77;
-    EXPECT_EQ(0, DecompressMemory(container.data(), text.data(), &size));
-    EXPECT_EQ(77u, size);
-    EXPECT_EQ(original, container);
-    EXPECT_EQ(kText, std::string(text.text(), 31));
+    const std::string lying = With(8, 30);  // a byte too few
+    container = lying;
+    GuardedBuffer spare(31);
+    EXPECT_EQ(0, DecompressMemory(container.data(), spare.data(), &size));
+    EXPECT_EQ(31u, size);
+    EXPECT_EQ(lying, container);
+    EXPECT_EQ(kText, std::string(spare.text(), 31));
 }
 
 // Records its calls; returns values that the library would never make up.
 class Callback : public CAbstractCallbackCompress {
 public:
     explicit Callback(unsigned char method) : method_(method) {}
-    ~Callback() override { calls += 'D'; }
     unsigned char ChooseMethod() override {
         calls += 'm';
         return method_;
@@ -186,78 +161,49 @@ public:
         return -18;
     }
 
-    static std::string calls;
+    std::string calls;
 
 private:
     unsigned char method_;
 };
-std::string Callback::calls;
 
 TEST(CompressMemory2, AsksTheCallbackForItsMethod) {
-    const struct {
-        unsigned char method;
-        int packed;
-        ulong32 packed_size;
-        int unpacked;
-        ulong32 size;
-        const char* calls;
-    } cases[] = {
+    const std::tuple<int, int, ulong32, int, ulong32, const char*> cases[] = {
+        // method, packing and its size, unpacking and its size, calls
         {1, 1, 30, 1, 31, "m"},
         {2, 1, 30, 0, 77, "m"},
         {0, -17, 55, -18, 66, "mcd"},
         {255, -17, 55, -18, 66, "mcd"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.method);
-        Callback callback(c.method);
-        Callback::calls.clear();
-        unsigned char container[30] = {};
-        unsigned char text[32];
-        ulong32 packed_size = 30;
-        ulong32 size = 77;
-        EXPECT_EQ(c.packed, CompressMemory2(kText.data(), 31, container, &packed_size, &callback));
-        EXPECT_EQ(c.packed_size, packed_size);
-        EXPECT_EQ(c.unpacked, DecompressMemory2(container, text, &size, &callback));
-        EXPECT_EQ(c.size, size);
-        EXPECT_EQ(c.calls, Callback::calls);
-    }
-}
-
-TEST(CompressMemory2, CompressesByItselfWithoutACallback) {
-    unsigned char container[30];
+    unsigned char container[30] = {};
+    unsigned char text[32];
     ulong32 size = 30;
+    for (const auto& [method, packed, packed_size, unpacked, text_size, calls] : cases) {
+        SCOPED_TRACE(method);
+        Callback callback(static_cast<unsigned char>(method));
+        size = 30;
+        EXPECT_EQ(packed, CompressMemory2(kText.data(), 31, container, &size, &callback));
+        EXPECT_EQ(packed_size, size);
+        size = 77;
+        EXPECT_EQ(unpacked, DecompressMemory2(container, text, &size, &callback));
+        EXPECT_EQ(text_size, size);
+        EXPECT_EQ(calls, callback.calls);
+    }
+    size = 30;  // and without a callback
     EXPECT_EQ(1, CompressMemory2(kText.data(), 31, container, &size, nullptr));
     EXPECT_EQ(ToHex(kContainer.data(), 30), ToHex(container, 30));
     container[16] = 9;
-    EXPECT_EQ(0, DecompressMemory2(container, container, &size, nullptr));
+    EXPECT_EQ(0, DecompressMemory2(container, text, &size, nullptr));
 }
 
-// Callers compiled long ago rely on the order of the table.
-TEST(AbstractCallbackCompress, KeepsItsSlots) {
-#ifdef _MSC_VER
-    constexpr int kFirst = 1;
-#else
-    constexpr int kFirst = 2;  // this ABI gives the virtual destructor two slots
-#endif
-    using ChooseMethod = unsigned char (*)(CAbstractCallbackCompress*);
-    using Compress = int (*)(CAbstractCallbackCompress*, const void*, ulong32, void*, ulong32*);
-    using Decompress = int (*)(CAbstractCallbackCompress*, const void*, void*, ulong32*);
-    Callback callback(9);
-    Callback::calls.clear();
-    void** const table = *reinterpret_cast<void***>(&callback);
-    unsigned char bytes[30];
-    ulong32 size = 30;
-    EXPECT_EQ(9, reinterpret_cast<ChooseMethod>(table[kFirst])(&callback));
-    EXPECT_EQ(-17, reinterpret_cast<Compress>(table[kFirst + 1])(&callback, kText.data(), 31, bytes,
-                                                                 &size));
-    EXPECT_EQ(-18, reinterpret_cast<Decompress>(table[kFirst + 2])(&callback, bytes, bytes, &size));
-    EXPECT_EQ("mcd", Callback::calls);
-}
-
-TEST(AbstractCallbackCompress, IsDeletedThroughItsBase) {
-    Callback::calls.clear();
-    delete static_cast<CAbstractCallbackCompress*>(new Callback(1));
-    EXPECT_EQ("D", Callback::calls);
+// The dump in docs/formats.md is what the library writes.
+TEST(FormatsPage, ShowsTheContainerAsItIsWritten) {
+    const std::string text = Fenced("sample=container"), dump = DumpedBytes("dump=container");
+    ASSERT_EQ(54u, text.size());
+    unsigned char container[60];
+    ulong32 size = sizeof container;
+    ASSERT_EQ(1, CompressMemory(text.data(), 54, container, &size, 1));
+    EXPECT_EQ(ToHex(dump.data(), 43), ToHex(container, size));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "support/guarded_buffer.h"
 #include "support/hex_bytes.h"
@@ -34,10 +35,7 @@ std::string Decompressed(const std::string& stream, unsigned int room) {
 // Each case was followed through the search tree by hand.
 TEST(LzCompress, WritesTheBytesThatTheSearchTreeLeadsTo) {
     using namespace std::string_literals;
-    const struct {
-        std::string text;
-        const char* stream;
-    } cases[] = {
+    const std::pair<std::string, const char*> cases[] = {
         {"a", "01 61"},
         {"ab", "03 61 62"},
         // A match overlaps what it makes and ends at 16, not 18. The last three letters match every
@@ -57,11 +55,10 @@ TEST(LzCompress, WritesTheBytesThatTheSearchTreeLeadsTo) {
          "FF 61 62 63 58 51 57 45 52 FF 54 59 55 49 4F 50 4C 4B "
          "4F 4A 48 47 46 F0 F0 ED F0 5A 04 00"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        const std::string stream = Compressed(c.text);
-        EXPECT_EQ(c.stream, ToHex(stream.data(), stream.size()));
-        EXPECT_EQ(c.text, Decompressed(stream, static_cast<unsigned int>(c.text.size())));
+    for (const auto& [text, stream] : cases) {
+        const std::string packed = Compressed(text);
+        EXPECT_EQ(stream, ToHex(packed.data(), packed.size())) << text;
+        EXPECT_EQ(text, Decompressed(packed, static_cast<unsigned int>(text.size())));
     }
 }
 
@@ -109,28 +106,23 @@ TEST(LzCoder, RefusesNullPointers) {
     EXPECT_EQ(0u, size);
 }
 
+// Incomplete tokens at the end are dropped.
 TEST(LzDecompress, ReadsWhatTheEncoderNeverWrites) {
     using namespace std::string_literals;
-    const struct {
-        const char* stream;
-        std::string text;
-    } cases[] = {
+    const std::pair<const char*, std::string> cases[] = {
         {"01 61 F0 FE", std::string(18, 'a')},  // length code 14: 17 bytes
         {"01 61 F0 FF", std::string(19, 'a')},  // length code 15: 18 bytes
-        {"00 FF F0", "\0  "s},                  // the ring's end and beginning before any byte
+        {"00 FF F0", "\0  "s},                  // the ring's end and beginning
         {"00 F0 F0", "\0\0\0"s},                // the current place itself, a whole round back
         {"01 61 F1 F1", "a\0\0\0\0"s},          // the same, one byte later
         {"00 EF F0 F0 F0", "      "},           // a blank once more behind what it made
-        {"", ""},                               // incomplete tokens are dropped:
-        {"01", ""},                             //   a flag byte alone
-        {"00 12", ""},                          //   a match without its second byte
-        {"07 61 62", "ab"},                     //   a literal that is missing
-        {"01 61 F0", "a"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.stream);
-        EXPECT_EQ(c.text, Decompressed(FromHex(c.stream), 30));
+    for (const auto& [stream, text] : cases) EXPECT_EQ(text, Decompressed(FromHex(stream), 30));
+    for (const char* stream : {"", "01", "00 12"}) {
+        EXPECT_EQ("", Decompressed(FromHex(stream), 30)) << stream;
     }
+    EXPECT_EQ("ab", Decompressed(FromHex("07 61 62"), 30));
+    EXPECT_EQ("a", Decompressed(FromHex("01 61 F0"), 30));
 }
 
 TEST(LzDecompress, WritesOneByteBeyondTheCapacityBeforeItFails) {

@@ -2,13 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
-#include <vector>
+#include <tuple>
 
 #include "base/cp1251.h"
 #include "platform/handles.h"
 #include "support/import_patch.h"
 #include "support/temp_folder.h"
+#include "support/working_folder.h"
 
 namespace {
 
@@ -24,8 +26,7 @@ class LibraryLoader : public testing::Test {
 protected:
     void SetUp() override {
         char runtime[MAX_PATH];
-        ASSERT_NE(0u,
-                  GetModuleFileNameA(GetModuleHandleA("libwinpthread-1.dll"), runtime, MAX_PATH));
+        GetModuleFileNameA(GetModuleHandleA("libwinpthread-1.dll"), runtime, MAX_PATH);
         ASSERT_TRUE(CopyFileA(runtime, (folder_ / "anchor.dll").c_str(), TRUE));
         ASSERT_TRUE(CopyFileA(runtime, (folder_ / "beside.dll").c_str(), TRUE));
     }
@@ -35,31 +36,47 @@ protected:
     CQELString message_{"untouched"};
 };
 
-TEST_F(LibraryLoader, LoadsFromTheFolderOfTheAnchor) {
+TEST_F(LibraryLoader, LoadsFromTheFolderOfTheAnchorOrOfThisLibraryAndNoOther) {
     const kit::Module anchor(LoadLibraryA((folder_ / "anchor.dll").c_str()));
     ASSERT_TRUE(static_cast<bool>(anchor));
     const kit::Module beside(
         LoadLibraryFromInstance("beside.dll", anchor.get(), &error_, &message_, 0));
     ASSERT_TRUE(static_cast<bool>(beside));
     EXPECT_EQ(GetModuleHandleA((folder_ / "beside.dll").c_str()), beside.get());
-    EXPECT_EQ(kUntouched, error_);
-    EXPECT_STREQ("untouched", message_);
-}
-
-TEST_F(LibraryLoader, NoAnchorMeansTheFolderOfTheLibrary) {
     const kit::Module own(
         LoadLibraryFromInstance("qelkit2_64.DLL", nullptr, &error_, &message_, 0));
-    EXPECT_EQ(GetModuleHandleA("QELKIT2_64.dll"), own.get());
+    EXPECT_EQ(GetModuleHandleA(kLibrary), own.get());
     EXPECT_EQ(kUntouched, error_);
-}
-
-TEST_F(LibraryLoader, NeverLooksInTheWorkingFolder) {
-    char before[MAX_PATH];
-    ASSERT_NE(0u, GetCurrentDirectoryA(MAX_PATH, before));
-    ASSERT_TRUE(SetCurrentDirectoryA(folder_.path().c_str()));
+    EXPECT_STREQ("untouched", message_);
+    const WorkingFolder here(folder_.path());
     EXPECT_EQ(nullptr, LoadLibraryFromInstance("beside.dll", nullptr, &error_, nullptr, 0));
     EXPECT_EQ(ulong32{ERROR_MOD_NOT_FOUND}, error_);
-    EXPECT_TRUE(SetCurrentDirectoryA(before));
+}
+
+// What the message box was asked to show.
+std::string shown;
+
+int WINAPI RememberBox(HWND owner, const char* text, const char* caption, UINT style) {
+    shown += (owner ? "owned " : "") + std::string(caption) + std::to_string(style) + text;
+    return IDOK;
+}
+
+TEST_F(LibraryLoader, ShowsTheTextOnlyWhenAsked) {
+    const ImportPatch patch(kLibrary, "MessageBoxA", RememberBox);
+    LoadLibraryFromInstance("none.dll", nullptr, nullptr, nullptr, 0);
+    EXPECT_EQ("", shown);
+    LoadLibraryFromInstance("none.dll", nullptr, nullptr, nullptr, -1);
+    EXPECT_EQ("LoadLibraryFromInstance48" + FailureText("126(0x0000007E) Library name=none.dll"),
+              shown);
+}
+
+// A module path of exactly this length, or a longer one that was cut.
+std::size_t path_length;
+
+DWORD WINAPI LongPath(HMODULE, char* path, DWORD size) {
+    const std::string whole = "C:\\" + std::string(path_length - 3, 'x') + '\0';
+    if (whole.size() > size) SetLastError(ERROR_INSUFFICIENT_BUFFER);
+    return static_cast<DWORD>((std::min)(whole.copy(path, size), path_length));
 }
 
 DWORD flags_seen;
@@ -70,56 +87,14 @@ HMODULE WINAPI SeeFlags(const char*, HANDLE, DWORD flags) {
     return nullptr;
 }
 
-TEST_F(LibraryLoader, SearchesOnlyTheOwnAndTheDefaultFoldersForWhatIsNeeded) {
-    const ImportPatch patch("QELKIT2_64.dll", "LoadLibraryExA", reinterpret_cast<void*>(SeeFlags));
-    EXPECT_EQ(nullptr, LoadLibraryFromInstance("a.dll", nullptr, &error_, nullptr, 0));
-    EXPECT_EQ(0x1100u, flags_seen);
-    EXPECT_EQ(32u, error_) << "the error of the load, whatever the message took to build";
-}
-
-// What the message box was asked to show.
-struct Box {
-    HWND owner;
-    std::string text, caption;
-    UINT style;
-};
-std::vector<Box> boxes;
-
-int WINAPI RememberBox(HWND owner, const char* text, const char* caption, UINT style) {
-    boxes.push_back({owner, text, caption, style});
-    return IDOK;
-}
-
-TEST_F(LibraryLoader, ShowsTheTextOnlyWhenAsked) {
-    const ImportPatch patch("QELKIT2_64.dll", "MessageBoxA", reinterpret_cast<void*>(RememberBox));
-    LoadLibraryFromInstance("none.dll", nullptr, nullptr, nullptr, 0);
-    EXPECT_TRUE(boxes.empty());
-    LoadLibraryFromInstance("none.dll", nullptr, nullptr, nullptr, -1);
-    ASSERT_EQ(1u, boxes.size());
-    EXPECT_EQ(nullptr, boxes[0].owner);
-    EXPECT_EQ(FailureText("126(0x0000007E) Library name=none.dll"), boxes[0].text);
-    EXPECT_EQ("LoadLibraryFromInstance", boxes[0].caption);
-    EXPECT_EQ(48u, boxes[0].style);
-}
-
-// A module path of exactly this length, or a longer one that was cut.
-DWORD path_length;
-
-DWORD WINAPI LongPath(HMODULE, char* path, DWORD size) {
-    const DWORD length = path_length < size ? path_length : size;
-    for (DWORD i = 0; i < length; ++i) path[i] = i == 2 ? '\\' : 'x';
-    if (length < size) path[length] = '\0';
-    if (length == size) SetLastError(ERROR_INSUFFICIENT_BUFFER);
-    return length;
-}
-
+// Of what the library needs itself, only its own and the default folders are searched.
 TEST_F(LibraryLoader, TakesAnchorPathsOfUpTo260Characters) {
-    const ImportPatch path("QELKIT2_64.dll", "GetModuleFileNameA",
-                           reinterpret_cast<void*>(LongPath));
-    const ImportPatch load("QELKIT2_64.dll", "LoadLibraryExA", reinterpret_cast<void*>(SeeFlags));
+    const ImportPatch path(kLibrary, "GetModuleFileNameA", LongPath);
+    const ImportPatch load(kLibrary, "LoadLibraryExA", SeeFlags);
     path_length = 260;
     LoadLibraryFromInstance("a.dll", nullptr, &error_, nullptr, 0);
-    EXPECT_EQ(ulong32{ERROR_SHARING_VIOLATION}, error_) << "the load was tried";
+    EXPECT_EQ(ulong32{ERROR_SHARING_VIOLATION}, error_) << "whatever the message took to build";
+    EXPECT_EQ(0x1100u, flags_seen);
     path_length = 261;
     LoadLibraryFromInstance("a.dll", nullptr, &error_, nullptr, 0);
     EXPECT_EQ(ulong32{ERROR_INSUFFICIENT_BUFFER}, error_);
@@ -128,26 +103,19 @@ TEST_F(LibraryLoader, TakesAnchorPathsOfUpTo260Characters) {
 TEST_F(LibraryLoader, FailureGivesCodeAndText) {
     folder_.Write("text.dll", "not a library");
     const kit::Module anchor(LoadLibraryA((folder_ / "anchor.dll").c_str()));
-    const struct {
-        const char* name;
-        HINSTANCE anchor;
-        ulong32 error;
-        const char* tail;
-    } cases[] = {
+    const auto no_module = reinterpret_cast<HINSTANCE>(0x10000);
+    const std::tuple<const char*, HINSTANCE, ulong32, const char*> cases[] = {
         {"none.dll", anchor.get(), 126, "126(0x0000007E) Library name=none.dll"},
         {"text.dll", anchor.get(), 193, "193(0x000000C1) Library name=text.dll"},
         {"%s", nullptr, 126, "126(0x0000007E) Library name=%s"},
         {nullptr, nullptr, 87, "87(0x00000057) Library name="},
-        // No module: its path cannot be had.
-        {"beside.dll", reinterpret_cast<HINSTANCE>(0x10000), 126,
-         "126(0x0000007E) Library name=beside.dll"},
+        {"beside.dll", no_module, 126, "126(0x0000007E) Library name=beside.dll"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.tail);
-        EXPECT_EQ(nullptr, LoadLibraryFromInstance(c.name, c.anchor, &error_, &message_, 0));
-        EXPECT_EQ(c.error, error_);
-        EXPECT_EQ(FailureText(c.tail), std::string(message_));
-        EXPECT_EQ(nullptr, LoadLibraryFromInstance(c.name, c.anchor, nullptr, nullptr, 0));
+    for (const auto& [name, module, error, tail] : cases) {
+        EXPECT_EQ(nullptr, LoadLibraryFromInstance(name, module, &error_, &message_, 0));
+        EXPECT_EQ(error, error_) << tail;
+        EXPECT_EQ(FailureText(tail), std::string(message_));
+        EXPECT_EQ(nullptr, LoadLibraryFromInstance(name, module, nullptr, nullptr, 0));
     }
 }
 

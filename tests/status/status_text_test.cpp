@@ -4,10 +4,11 @@
 
 #include <conio.h>
 
-#include <chrono>
+#include <climits>
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include "base/cp1251.h"
 #include "support/guarded_buffer.h"
@@ -20,9 +21,7 @@ constexpr auto kNotFound = kit::Cp1251(u"Файл не найден");
 std::string NotFound() { return kNotFound.data(); }
 
 TEST(GetErrorString, SetsThePrefixApart) {
-    const struct {
-        const char *prefix, *expected;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {nullptr, ""},
         {"", ""},
         {"Open", "Open\r\n\r\n"},
@@ -31,68 +30,47 @@ TEST(GetErrorString, SetsThePrefixApart) {
         {"Open\r", "Open\r\r\n\r\n"},
         {"\n", "\n\r\n"},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(c.expected + NotFound(), std::string(GetErrorString(c.prefix, 4, nullptr)));
+    for (const auto& [prefix, expected] : cases) {
+        EXPECT_EQ(expected + NotFound(), std::string(GetErrorString(prefix, 4, nullptr)));
     }
 }
 
 TEST(GetErrorString, PutsTheDetailInBrackets) {
-    EXPECT_EQ(NotFound() + " (a.txt)", std::string(GetErrorString("", 4, "a.txt")));
     EXPECT_EQ(NotFound(), std::string(GetErrorString("", 4, "")));
-    EXPECT_EQ("Open\r\n\r\n" + NotFound() + " (%s.)",
-              std::string(GetErrorString("Open", 4, "%s.")));
+    EXPECT_EQ(NotFound() + " (%s.)", std::string(GetErrorString("", 4, "%s.")));
+    EXPECT_STREQ("Open\r\n\r\n (a)", GetErrorString("Open", 1043, "a"));  // no message
+    EXPECT_STREQ("", GetErrorString(nullptr, -1, nullptr));
+    const XQELFile file(false);
+    file.SetError(4, 13);
+    file.SetErrMessEx("a.txt");
+    EXPECT_EQ("Open\r\n\r\n" + NotFound() + " (a.txt)", std::string(GetErrorString("Open", file)));
 }
 
 TEST(GetErrorString, DropsOneFullStopAtTheVeryEnd) {
-    constexpr auto kBlankBehindStop = kit::Cp1251(u"Ошибка при поиске библиотечной компоненты. ");
-    constexpr auto kNoStop = kit::Cp1251(u"Доступ запрещен");
+    constexpr auto kBlankBehind = kit::Cp1251(u"Ошибка при поиске библиотечной компоненты. ");
     constexpr auto kInnerStops =
         kit::Cp1251(u"Сообщение было использовано (прочитано, распечатано, и т.д.) получателем");
-    EXPECT_STREQ(kBlankBehindStop.data(), GetErrorString("", 147, nullptr));
-    EXPECT_STREQ(kNoStop.data(), GetErrorString("", 501, nullptr));
+    EXPECT_STREQ(kBlankBehind.data(), GetErrorString("", 147, nullptr));
     EXPECT_STREQ(kInnerStops.data(), GetErrorString("", 14, nullptr));
 }
 
-TEST(GetErrorString, StatusWithoutAMessageLeavesItsPlaceEmpty) {
-    EXPECT_STREQ("Open\r\n\r\n (a.txt)", GetErrorString("Open", 1043, "a.txt"));
-    EXPECT_STREQ("", GetErrorString(nullptr, -1, nullptr));
-}
-
-TEST(GetErrorString, TakesCodeAndTextOfAStatusObject) {
-    EXPECT_EQ("Open\r\n\r\n" + NotFound() + " (a.txt)",
-              std::string(GetErrorString("Open", XQELStatus(4, "a.txt", false))));
-    const XQELFile file(false);
-    file.SetError(4, 13);
-    EXPECT_EQ(NotFound(), std::string(GetErrorString("", file)));
-}
-
 TEST(MakeErrMess, NamesThePlace) {
-    const struct {
-        int place;
-        const char* expected;
-    } cases[] = {
-        {0, "Error in place N 0, contact the producers"},
-        {-2147483647 - 1, "Error in place N -2147483648, contact the producers"},
-    };
-    for (const auto& c : cases) {
-        GuardedBuffer out(52);
-        MakeErrMess(c.place, out.text());
-        EXPECT_STREQ(c.expected, out.text());
-    }
+    GuardedBuffer out(52);
+    MakeErrMess(0, out.text());
+    EXPECT_STREQ("Error in place N 0, contact the producers", out.text());
+    MakeErrMess(INT_MIN, out.text());
+    EXPECT_STREQ("Error in place N -2147483648, contact the producers", out.text());
     MakeErrMess(1, nullptr);
 }
 
 TEST(MakeErrMess, CopiesUpTo254Characters) {
-    const struct {
-        std::size_t length, copied;
-    } cases[] = {{0, 0}, {1, 1}, {253, 253}, {254, 254}, {255, 254}, {1000, 254}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.length);
+    for (std::size_t length : {0, 1, 253, 254, 255, 1000}) {
         GuardedBuffer out(254);  // the 255th byte stays the caller's
         std::memset(out.data(), '#', out.size());
-        MakeErrMess(std::string(c.length, 'x').c_str(), out.text());
-        EXPECT_EQ(std::string(c.copied, 'x') + std::string(254 - c.copied, '\0'),
-                  std::string(out.text(), out.size()));
+        MakeErrMess(std::string(length, 'x').c_str(), out.text());
+        std::string expected(length, 'x');
+        expected.resize(254);
+        EXPECT_EQ(expected, std::string(out.text(), out.size())) << length;
     }
     MakeErrMess("text", nullptr);
     char kept[] = "kept";
@@ -100,75 +78,32 @@ TEST(MakeErrMess, CopiesUpTo254Characters) {
     EXPECT_STREQ("kept", kept);
 }
 
-// Runs PrintResults with a key waiting. Returns what it printed; `key_left` says whether the key
-// still waits.
-std::string Printed(int status, const char* name, bool& key_left) {
+// Runs PrintResults with a key waiting, which it takes after an error only.
+std::string Printed(int status, const char* name) {
     _ungetch('k');
     testing::internal::CaptureStdout();
     PrintResults(status, name);
     std::fflush(stdout);
-    const std::string printed = testing::internal::GetCapturedStdout();
-    key_left = _kbhit() != 0;
-    if (key_left) {
+    EXPECT_EQ(status == 0, _kbhit() != 0);
+    if (status == 0) {
         EXPECT_EQ('k', _getch());
     }
-    return printed;
+    return testing::internal::GetCapturedStdout();
 }
 
 TEST(PrintResults, WritesNameAndVerdictInColumns) {
-    const struct {
-        int status;
-        const char *name, *expected;
-    } cases[] = {
-        {0, "alpha", "alpha                                     OK    \n"},
-        {0, "", "                                          OK    \n"},
-        {0, nullptr, "                                          OK    \n"},
-        {0, "1234567890123456789012345678901234567890abcdefghij",
-         "1234567890123456789012345678901234567890  OK    \n"},
-        {17, "alpha", "alpha                                     ERROR ErrCode = 17\n"},
-        {-1, "alpha", "alpha                                     ERROR ErrCode = -1\n"},
-    };
-    for (const auto& c : cases) {
-        bool key_left = false;
-        EXPECT_EQ(c.expected, Printed(c.status, c.name, key_left));
-        EXPECT_EQ(c.status == 0, key_left) << "a key is awaited after an error only";
-    }
+    const std::string forty("1234567890123456789012345678901234567890"), blanks(40, ' ');
+    EXPECT_EQ("alpha" + std::string(37, ' ') + "OK    \n", Printed(0, "alpha"));
+    EXPECT_EQ(blanks + "  OK    \n", Printed(0, nullptr));
+    EXPECT_EQ(forty + "  OK    \n", Printed(0, (forty + "abcdefghij").c_str()));
+    EXPECT_EQ(forty + "  ERROR ErrCode = 17\n", Printed(17, forty.c_str()));
+    EXPECT_EQ(blanks + "  ERROR ErrCode = -1\n", Printed(-1, ""));
 }
 
+// Arguments that are not there count as zero.
 TEST(PrintResults, TakesTheNameAsAFormat) {
-    bool key_left = false;
-    EXPECT_EQ("50% done                                 OK    \n",
-              Printed(0, "50%% done", key_left));
-    // Arguments that are not there count as zero.
-    EXPECT_EQ("(null) 0 0.0                                OK    \n",
-              Printed(0, "%s %d %.1f", key_left));
-}
-
-TEST(CQELGetString, CopiesWhatHasRoomWithItsTerminator) {
-    const HMODULE library = GetModuleHandleA("QELKIT2_64.dll");
-    const struct {
-        int id, size;
-        const char* expected;
-    } cases[] = {
-        {1021, 4, "RUS"},
-        {1021, 3, ""},
-        {1021, 1, ""},
-        {1022, 8, ""},
-        {1006, 2000, "Cannot change file time"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.size);
-        GuardedBuffer out(static_cast<std::size_t>(c.size));
-        std::memset(out.data(), '#', out.size());
-        EXPECT_EQ(out.text(), CQELGetString(out.text(), c.size, c.id, library));
-        EXPECT_STREQ(c.expected, out.text());
-    }
-    char out[] = "kept";
-    EXPECT_EQ(nullptr, CQELGetString(out, 0, 1021, library));
-    EXPECT_EQ(nullptr, CQELGetString(out, -1, 1021, library));
-    EXPECT_STREQ("kept", out);
-    EXPECT_EQ(nullptr, CQELGetString(nullptr, 8, 1021, library));
-    EXPECT_STREQ("", CQELGetString(out, sizeof out, 1021, nullptr));  // this program has no texts
+    EXPECT_EQ("50% done" + std::string(33, ' ') + "OK    \n", Printed(0, "50%% done"));
+    EXPECT_EQ("(null) 0 0.0" + std::string(32, ' ') + "OK    \n", Printed(0, "%s %d %.1f"));
 }
 
 // A resource longer than any buffer: filled up and cut, as the loader does.
@@ -178,21 +113,30 @@ int WINAPI EndlessString(HINSTANCE, UINT, char* buffer, int size) {
     return size - 1;
 }
 
-TEST(CQELGetString, CutsALongTextAfter1023Characters) {
-    const ImportPatch patch("QELKIT2_64.dll", "LoadStringA",
-                            reinterpret_cast<void*>(EndlessString));
-    std::string out(2000, '#');
-    EXPECT_STREQ(std::string(1023, 'x').c_str(), CQELGetString(out.data(), 1024, 1, nullptr));
-    EXPECT_EQ('#', out[1024]);
-    EXPECT_STREQ("", CQELGetString(out.data(), 1023, 1, nullptr));
-}
-
-TEST(Delay, WaitsThatManyMilliseconds) {
-    const auto start = std::chrono::steady_clock::now();
-    delay(50);
-    const auto waited = std::chrono::steady_clock::now() - start;
-    EXPECT_GE(waited, std::chrono::milliseconds(49));
-    EXPECT_LT(waited, std::chrono::seconds(20));
+TEST(CQELGetString, CopiesWhatHasRoomWithItsTerminator) {
+    const HMODULE library = GetModuleHandleA(kLibrary);
+    const std::tuple<int, int, const char*> cases[] = {
+        {1021, 4, "RUS"},
+        {1021, 3, ""},
+        {1021, 1, ""},
+        {1022, 8, ""},
+    };
+    for (const auto& [id, size, expected] : cases) {
+        GuardedBuffer out(static_cast<std::size_t>(size));
+        std::memset(out.data(), '#', out.size());
+        EXPECT_EQ(out.text(), CQELGetString(out.text(), size, id, library));
+        EXPECT_STREQ(expected, out.text());
+    }
+    char out[] = "kept";
+    EXPECT_EQ(nullptr, CQELGetString(out, 0, 1021, library));
+    EXPECT_EQ(nullptr, CQELGetString(out, -1, 1021, library));
+    EXPECT_STREQ("kept", out);
+    EXPECT_EQ(nullptr, CQELGetString(nullptr, 8, 1021, library));
+    EXPECT_STREQ("", CQELGetString(out, sizeof out, 1021, nullptr));  // this program has no texts
+    const ImportPatch patch(kLibrary, "LoadStringA", EndlessString);
+    GuardedBuffer longest(1024);
+    EXPECT_STREQ(std::string(1023, 'x').c_str(), CQELGetString(longest.text(), 1024, 1, nullptr));
+    EXPECT_STREQ("", CQELGetString(longest.text(), 1023, 1, nullptr));
 }
 
 }  // namespace

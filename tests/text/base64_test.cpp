@@ -7,6 +7,7 @@
 
 #include "blob/ident_obj.h"
 #include "status/qel_status.h"
+#include "support/code_page.h"
 #include "support/hex_bytes.h"
 #include "text/codecs.h"
 #include "text/qel_string.h"
@@ -25,54 +26,41 @@ int ThrownBy(Call call) {
     }
 }
 
-TEST(Base64, ThrowsItsFailures) {
-    unsigned char bytes[8];
-    char* const query = nullptr;
-    wchar_t* const wide_query = nullptr;
-    const char* const lf = nullptr;
-    const wchar_t* const wide_lf = nullptr;
-    EXPECT_EQ(28, ThrownBy([&] { QEL::Base64Encode(nullptr, 0, query, 0, 0, 0, lf); }));
-    EXPECT_EQ(28, ThrownBy([&] { QEL::Base64Encode(nullptr, 0, wide_query, 0, 0, 0, wide_lf); }));
-    EXPECT_EQ(28, ThrownBy([&] { QEL::Base64Decode(lf, 4, bytes, 8, 0); }));
-    EXPECT_EQ(131, ThrownBy([&] { QEL::Base64Decode("QQ", 0, bytes, 8, 0); }));
-    EXPECT_EQ(131, ThrownBy([&] { QEL::Base64Decode(L"Q?==", 0, bytes, 8, 1); }));
-    EXPECT_EQ(0, ThrownBy([&] { QEL::Base64Decode("QQ", 0, bytes, 8, 4); }));
+template <typename Char>
+void ExpectBothWays(const std::basic_string<Char>& expected, const Char* bad) {
+    Char text[11];
+    unsigned char bytes[9] = {};
+    const Char separator[] = {'|', 0};
+    EXPECT_EQ(10u, QEL::Base64Encode("\xD0\x9F\xFF\xFE", 4, text, 11, 1, 4, separator));
+    EXPECT_EQ(expected, text);
+    EXPECT_EQ(4u, QEL::Base64Decode(text, 0, bytes, sizeof bytes, 2));
+    EXPECT_EQ("D0 9F FF FE", ToHex(bytes, 4));
+    EXPECT_EQ(28, ThrownBy([&] { QEL::Base64Encode(nullptr, 0, text, 11, 0, 0, separator); }));
+    EXPECT_EQ(28,
+              ThrownBy([&] { QEL::Base64Decode(static_cast<Char*>(nullptr), 4, bytes, 9, 0); }));
+    EXPECT_EQ(131, ThrownBy([&] { QEL::Base64Decode(bad, 0, bytes, 8, 0); }));
+    EXPECT_EQ(0, ThrownBy([&] { QEL::Base64Decode(bad, 0, bytes, 8, 4); }));
 }
 
-TEST(Base64, WritesAndReadsBothWidths) {
-    char text[9];
-    EXPECT_EQ(8u, QEL::Base64Encode("\xD0\x9F\xFF\xFE", 4, text, sizeof text, 0, 0, nullptr));
-    EXPECT_STREQ("0J///g==", text);
-    wchar_t wide[11];
-    EXPECT_EQ(10u, QEL::Base64Encode("\xD0\x9F\xFF\xFE", 4, wide, 11, 1, 4, L"|"));
-    EXPECT_EQ(std::wstring(L"0J//|/g==|"), wide);
-    unsigned char bytes[9];
-    EXPECT_EQ(4u, QEL::Base64Decode(text, 0, bytes, sizeof bytes, 0));
-    EXPECT_EQ("D0 9F FF FE", ToHex(bytes, 4));
-    bytes[0] = 0;
-    EXPECT_EQ(4u, QEL::Base64Decode(wide, 0, bytes, sizeof bytes, 2));
-    EXPECT_EQ("D0 9F FF FE", ToHex(bytes, 4));
+TEST(Base64, WritesAndReadsBothWidthsAndThrowsItsFailures) {
+    ExpectBothWays<char>("0J//|/g==|", "QQ");
+    ExpectBothWays<wchar_t>(L"0J//|/g==|", L"QQ");
 }
 
 TEST(Hex2Bin, SkipsWhatTheLocaleCallsWhite) {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
+    const std::string text = std::string("41") + "\xA0" + "42";  // a blank that does not break
     unsigned char bytes[2];
-    EXPECT_EQ(1u, QELHex2Bin("41\xA0"
-                             "42",
-                             bytes, 2));
-    ASSERT_NE(nullptr, std::setlocale(LC_ALL, "Russian_Russia.1251"));
-    EXPECT_EQ(2u, QELHex2Bin("41\xA0"
-                             "42",
-                             bytes, 2));  // a blank that does not break
-    std::setlocale(LC_ALL, before.c_str());
+    EXPECT_EQ(1u, QELHex2Bin(text.c_str(), bytes, 2));
+    const RuntimeLocale russian(LC_ALL, "Russian_Russia.1251");
+    EXPECT_EQ(2u, QELHex2Bin(text.c_str(), bytes, 2));
 }
 
 TEST(DumpBlob2String, WritesDigitsWithoutBlanks) {
     EXPECT_TRUE(DumpBlob2String(IdentObj()).IsEmpty());
     EXPECT_STREQ("000AFF", DumpBlob2String(IdentObj("\x00\x0A\xFF", 3)));
     // Longer than any work buffer on the stack.
-    EXPECT_EQ(std::string(2000, 'A'), static_cast<const char*>(DumpBlob2String(
-                                          IdentObj(std::string(1000, '\xAA').data(), 1000))));
+    const IdentObj long_blob(std::string(1000, '\xAA').data(), 1000);
+    EXPECT_EQ(std::string(2000, 'A'), static_cast<const char*>(DumpBlob2String(long_blob)));
 }
 
 }  // namespace

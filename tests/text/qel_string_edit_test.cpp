@@ -1,9 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <climits>
-#include <cstdlib>
 #include <functional>
 #include <string>
+#include <tuple>
 
 #include "support/code_page.h"
 #include "support/guarded_buffer.h"
@@ -12,351 +11,182 @@
 
 namespace {
 
-const char* Text(const CQELString& s) { return s; }
+using S = CQELString;
 
-using Edit = std::function<void(CQELString&)>;
+const char* Text(const S& s) { return s; }
 
-struct EditCase {
-    const char* text;
-    Edit edit;
-    const char* expected;
-};
-
-template <std::size_t N>
-void ExpectEdits(const EditCase (&cases)[N]) {
-    for (const EditCase& c : cases) {
-        SCOPED_TRACE(testing::Message() << "case " << &c - cases << ": " << c.text);
-        CQELString s(c.text);
-        c.edit(s);
-        EXPECT_STREQ(c.expected, s);
-        EXPECT_EQ(*c.expected != '\0', s.IsValid());
-        EXPECT_EQ(std::strlen(c.expected), static_cast<std::size_t>(s.Length()));
-    }
+// The text and its length; an empty text has no body.
+void Expect(const char* expected, const S& s) {
+    EXPECT_STREQ(expected, s);
+    EXPECT_EQ(std::strlen(expected), static_cast<std::size_t>(s.Length())) << expected;
+    EXPECT_EQ(*expected != '\0', s.IsValid());
 }
-
-// --- What copies see -------------------------------------------------------------------------
 
 TEST(Editing, InPlaceOperationsChangeEveryCopyAndTheOthersNone) {
-    const struct {
-        const char* name;
-        Edit edit;
-        bool in_place;
-    } cases[] = {
-        {"MakeLower", [](CQELString& s) { s.MakeLower(); }, true},
-        {"MakeUpper", [](CQELString& s) { s.MakeUpper(); }, true},
-        {"LowerRus", [](CQELString& s) { s.LowerRus(); }, true},
-        {"UpperRus", [](CQELString& s) { s.UpperRus(); }, true},
-        {"Replace characters", [](CQELString& s) { s.Replace('A', 'x'); }, true},
-        {"TrimLeft", [](CQELString& s) { s.TrimLeft(); }, true},
-        {"TrimRight", [](CQELString& s) { s.TrimRight(); }, true},
-        {"TrimLeft set", [](CQELString& s) { s.TrimLeft(" A"); }, true},
-        {"TrimRight set", [](CQELString& s) { s.TrimRight(" ;"); }, true},
-        {"Replace texts", [](CQELString& s) { s.Replace("A", "x"); }, false},
-        {"Delete", [](CQELString& s) { s.Delete(0, 1); }, false},
-        {"Insert", [](CQELString& s) { s.Insert("x", 0); }, false},
-        {"InsertRow", [](CQELString& s) { s.InsertRow("x", 0); }, false},
-        {"RemoveSubstring", [](CQELString& s) { s.RemoveSubstring("Aa"); }, false},
-        {"Exclude", [](CQELString& s) { s.Exclude(","); }, false},
-        {"Strip", [](CQELString& s) { s.Strip(CQELString::kStripLeadingBlanks); }, false},
-        {"BeginNewLine", [](CQELString& s) { s.BeginNewLine(); }, false},
-        {"StrAddSlash", [](CQELString& s) { s.StrAddSlash(); }, false},
-        {"append", [](CQELString& s) { s += "x"; }, false},
-        {"CharToOemA", [](CQELString& s) { s.CharToOemA(); }, false},
-        {"OemToCharA", [](CQELString& s) { s.OemToCharA(); }, false},
+    const std::function<void(S&)> edits[] = {
+        [](S& s) { s.MakeLower(); },
+        [](S& s) { s.MakeUpper(); },
+        [](S& s) { s.LowerRus(); },
+        [](S& s) { s.UpperRus(); },
+        [](S& s) { s.Replace('A', 'x'); },
+        [](S& s) { s.TrimLeft(); },
+        [](S& s) { s.TrimRight(); },
+        [](S& s) { s.TrimLeft(" A"); },
+        [](S& s) { s.TrimRight(" ;"); },
+        [](S& s) { s.Replace("A", "x"); },  // from here on a copy is made
+        [](S& s) { s.Delete(0, 1); },
+        [](S& s) { s.Insert("x", 0); },
+        [](S& s) { s.InsertRow("x", 0); },
+        [](S& s) { s.RemoveSubstring("Aa"); },
+        [](S& s) { s.Exclude(","); },
+        [](S& s) { s.Strip(S::kStripLeadingBlanks); },
+        [](S& s) { s.BeginNewLine(); },
+        [](S& s) { s.StrAddSlash(); },
+        [](S& s) { s += "x"; },
+        [](S& s) { s.CharToOemA(); },
+        [](S& s) { s.OemToCharA(); },
     };
     constexpr char kBefore[] = "  Aa,B;\n\xC0  ";
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        CQELString edited(kBefore);
-        const CQELString copy(edited);
-        c.edit(edited);
-        EXPECT_STRNE(kBefore, edited);
-        if (c.in_place) {
-            EXPECT_EQ(Text(edited), Text(copy));
-            EXPECT_EQ(edited.Length(), copy.Length());
-        } else {
-            EXPECT_STREQ(kBefore, copy);
-        }
+    for (const auto& edit : edits) {
+        S edited(kBefore);
+        const S copy(edited);
+        edit(edited);
+        const bool in_place = &edit - edits < 9;
+        EXPECT_STRNE(kBefore, edited) << &edit - edits;
+        Expect(in_place ? Text(edited) : kBefore, copy);
     }
-}
-
-TEST(Editing, ATrimThatLeavesNothingEmptiesTheCopiesToo) {
-    CQELString trimmed("   ");
-    const CQELString copy(trimmed);
-    trimmed.TrimLeft();
-    EXPECT_FALSE(trimmed.IsValid());
-    EXPECT_TRUE(copy.IsEmpty());
-    EXPECT_STREQ("", copy);
+    S trimmed("   ");
+    const S copy(trimmed);
+    Expect("", trimmed.TrimLeft());  // nothing is left, of the copy neither
     EXPECT_TRUE(copy == trimmed);
-    EXPECT_STREQ("x", CQELString(copy) += "x");
-}
-
-// --- Delete, insert --------------------------------------------------------------------------
-
-TEST(Editing, DeletesWithinTheText) {
-    ExpectEdits({
-        {"abcde", [](CQELString& s) { s.Delete(1, 2); }, "ade"},
-        {"abcde", [](CQELString& s) { s.Delete(-7, 2); }, "cde"},
-        {"abcde", [](CQELString& s) { s.Delete(3, INT_MAX); }, "abc"},
-        {"abcde", [](CQELString& s) { s.Delete(0, 5); }, ""},
-        {"abcde", [](CQELString& s) { s.Delete(5, 1); }, "abcde"},
-        {"abcde", [](CQELString& s) { s.Delete(1, 0); }, "abcde"},
-        {"abcde", [](CQELString& s) { s.Delete(1, -1); }, "abcde"},
-        {"", [](CQELString& s) { s.Delete(0, 1); }, ""},
-    });
-}
-
-TEST(Editing, InsertsUpToTheEnd) {
-    ExpectEdits({
-        {"abc", [](CQELString& s) { s.Insert("xy", 1); }, "axybc"},
-        {"abc", [](CQELString& s) { s.Insert("xy", 3); }, "abcxy"},
-        {"abc", [](CQELString& s) { s.Insert("xy", 4); }, "abc"},
-        {"abc", [](CQELString& s) { s.Insert("xy", -2); }, "xyabc"},
-        {"abc", [](CQELString& s) { s.Insert("", 1); }, "abc"},
-        {"abc", [](CQELString& s) { s.Insert(s, 1); }, "aabcbc"},
-        {"", [](CQELString& s) { s.Insert("xy", 9); }, "xy"},
-    });
+    Expect("x", S(copy) += "x");
 }
 
 TEST(Editing, InsertsAColumnIntoTheLinesThatReachIt) {
-    ExpectEdits({
-        {"one\ntwo\nx", [](CQELString& s) { s.InsertRow("|", 2); }, "on|e\ntw|o\nx"},
-        {"ab\r\ncd", [](CQELString& s) { s.InsertRow("|", 3); }, "ab\r|\ncd"},
-        {"ab\n", [](CQELString& s) { s.InsertRow("> ", 0); }, "> ab\n> "},
-        {"\n\n", [](CQELString& s) { s.InsertRow("-", 0); }, "-\n-\n-"},
-        {"ab\ncd", [](CQELString& s) { s.InsertRow("|", -4); }, "|ab\n|cd"},
-        {"ab\ncd", [](CQELString& s) { s.InsertRow("|", 3); }, "ab\ncd"},
-        {"ab\ncd", [](CQELString& s) { s.InsertRow("", 1); }, "ab\ncd"},
-        {"abc", [](CQELString& s) { s.InsertRow("|", 1); }, "a|bc"},
-        {"abc", [](CQELString& s) { s.InsertRow("|", 4); }, "abc"},
-        {"", [](CQELString& s) { s.InsertRow("|", 4); }, "|"},
-    });
-    CQELString untouched("ab\ncd");
-    const char* const before = untouched;
-    untouched.InsertRow("|", 3);
-    EXPECT_EQ(before, Text(untouched));
+    const std::tuple<const char*, const char*, int, const char*> cases[] = {
+        {"abc\nx", "|", 2, "ab|c\nx"},   {"ab\r\ncd", "|", 3, "ab\r|\ncd"},
+        {"ab\n", "> ", 0, "> ab\n> "},   {"\n\n", "-", 0, "-\n-\n-"},
+        {"ab\ncd", "|", -4, "|ab\n|cd"}, {"ab\ncd", "|", 3, "ab\ncd"},
+        {"ab\ncd", "", 1, "ab\ncd"},
+    };
+    for (const auto& [text, other, at, expected] : cases) {
+        Expect(expected, S(text).InsertRow(other, at));
+    }
 }
 
-// --- Replace, remove -------------------------------------------------------------------------
-
-TEST(Editing, ReplacesFromLeftToRight) {
-    ExpectEdits({
-        {"aXbXc", [](CQELString& s) { s.Replace('X', '-'); }, "a-b-c"},
-        {"a\xFF", [](CQELString& s) { s.Replace('\xFF', '-'); }, "a-"},
-        {"abc", [](CQELString& s) { s.Replace('x', '-'); }, "abc"},
-        {"", [](CQELString& s) { s.Replace('x', '-'); }, ""},
-        {"one two one", [](CQELString& s) { s.Replace("one", "three"); }, "three two three"},
-        {"one two one", [](CQELString& s) { s.Replace("one", "1"); }, "1 two 1"},
-        {"aaaaa", [](CQELString& s) { s.Replace("aa", "b"); }, "bba"},
-        {"ab", [](CQELString& s) { s.Replace("b", "bb"); }, "abb"},  // not searched again
-        {"aaa", [](CQELString& s) { s.Replace("a", ""); }, ""},
-        {"aba", [](CQELString& s) { s.Replace("a", nullptr); }, "b"},
-        {"abc", [](CQELString& s) { s.Replace("x", "y"); }, "abc"},
-        {"abc", [](CQELString& s) { s.Replace("", "y"); }, "abc"},
-        {"abc", [](CQELString& s) { s.Replace(nullptr, "y"); }, "abc"},
-        {"abc", [](CQELString& s) { s.Replace(s, "y"); }, "y"},
-        {"abc", [](CQELString& s) { s.Replace("b", s); }, "aabcc"},
-        {"", [](CQELString& s) { s.Replace("a", "y"); }, ""},
-    });
+TEST(Editing, TakesItsOwnTextAsAnArgument) {
+    S s("abc");
+    Expect("aabcbc", s.Insert(s, 1));
+    Expect("aaaabcbccaabcbcc", s.Replace("b", s));
+    Expect("y", s.Replace(s, "y"));
 }
 
-TEST(Editing, RemovesTheFirstOccurrence) {
-    ExpectEdits({
-        {"abcabc", [](CQELString& s) { s.RemoveSubstring("bc"); }, "aabc"},
-        {"abcabc", [](CQELString& s) { s.RemoveSubstring("BC"); }, "abcabc"},
-        {"abcABC", [](CQELString& s) { s.RemoveSubstring("CA", true); }, "abBC"},
-        {"\xE0\xE1\xE2", [](CQELString& s) { s.RemoveSubstring("\xC1", true); }, "\xE0\xE2"},
-        {"abc", [](CQELString& s) { s.RemoveSubstring("abc"); }, ""},
-        {"abc", [](CQELString& s) { s.RemoveSubstring(""); }, "abc"},
-        {"abc", [](CQELString& s) { s.RemoveSubstring(nullptr, true); }, "abc"},
-    });
-}
-
-TEST(Editing, ExcludesEveryByteOfASet) {
-    ExpectEdits({
-        {"a-b.c-", [](CQELString& s) { s.Exclude("-."); }, "abc"},
-        {"\xFF-a", [](CQELString& s) { s.Exclude("\xFF"); }, "-a"},
-        {"aaa", [](CQELString& s) { s.Exclude("a"); }, ""},
-        {"abc", [](CQELString& s) { s.Exclude(""); }, "abc"},
-        {"abc", [](CQELString& s) { s.Exclude(nullptr); }, "abc"},
-    });
-    CQELString untouched("abc");
-    const char* const before = untouched;
-    untouched.Exclude("xyz");
-    EXPECT_EQ(before, Text(untouched));
-}
-
-// --- Trims -----------------------------------------------------------------------------------
-
-TEST(Editing, TrimsRunsAtItsEnds) {
-    ExpectEdits({
-        {"  ab  ", [](CQELString& s) { s.TrimLeft(); }, "ab  "},
-        {"  ab  ", [](CQELString& s) { s.TrimRight(); }, "  ab"},
-        {"xxaxx", [](CQELString& s) { s.TrimLeft('x').TrimRight('x'); }, "a"},
-        {"\xFF\xFF.\xFF", [](CQELString& s) { s.TrimLeft('\xFF').TrimRight('\xFF'); }, "."},
-        {"-+a+-", [](CQELString& s) { s.TrimLeft("+-").TrimRight("+-"); }, "a"},
-        {"-+-", [](CQELString& s) { s.TrimRight("+-"); }, ""},
-        {"ab", [](CQELString& s) { s.TrimLeft("").TrimRight(""); }, "ab"},
-        {"ab", [](CQELString& s) { s.TrimLeft(nullptr).TrimRight(nullptr); }, "ab"},
-        {"", [](CQELString& s) { s.TrimLeft().TrimRight().TrimLeft("a").TrimRight("a"); }, ""},
-    });
+TEST(Editing, RemovesInAnyCase) {
+    Expect("abBC", S("abcABC").RemoveSubstring("CA", true));
+    Expect("\xE0\xE2", S("\xE0\xE1\xE2").RemoveSubstring("\xC1", true));
+    Expect("abc", S("abc").RemoveSubstring(nullptr, true));
 }
 
 TEST(Editing, TrimsWholeCharactersOfTwoBytes) {
-    const MultiByteCodePage japanese(932);
-    ExpectEdits({
-        // The second byte of the character is a backslash, of "A" in the next one.
-        {"\x83\x5C\\", [](CQELString& s) { s.TrimRight('\\'); }, "\x83\x5C"},
-        {"\x83\x5C\\", [](CQELString& s) { s.TrimRight("\\"); }, "\x83\x5C"},
-        {"a\x83\x41", [](CQELString& s) { s.TrimRight("A"); }, "a\x83\x41"},
-        {"\x83\x41.", [](CQELString& s) { s.TrimLeft('\x83'); }, "\x83\x41."},
-        {"\x81\x40 a \x81\x40", [](CQELString& s) { s.TrimLeft(" \x81\x40"); }, "a \x81\x40"},
-        {"\x81\x40 a \x81\x40", [](CQELString& s) { s.TrimRight(" \x81\x40"); }, "\x81\x40 a"},
-        {"a\x81", [](CQELString& s) { s.TrimRight('\x81'); }, "a"},  // a lead byte without a second
-    });
+    Expect(".", S("  .  ").TrimLeft().TrimRight());
+    Expect(".", S("\xFF\xFF.\xFF").TrimLeft('\xFF').TrimRight('\xFF'));
+    const MultiByteCodePage japanese(932);  // 83 5C and 83 41 and 81 40 are characters
+    Expect("\x83\x5C", S("\x83\x5C\\").TrimRight('\\'));
+    Expect("\x83\x5C", S("\x83\x5C\\").TrimRight("\\"));
+    Expect("a\x83\x41", S("a\x83\x41").TrimRight("A"));
+    Expect("\x83\x41.", S("\x83\x41.").TrimLeft('\x83'));
+    Expect("a", S("\x81\x40 a \x81\x40").TrimLeft(" \x81\x40").TrimRight(" \x81\x40"));
+    Expect("a", S("a\x81").TrimRight('\x81'));  // a lead byte without a second
 }
 
-// --- Strip -----------------------------------------------------------------------------------
+constexpr auto kLead = S::kStripLeadingBlanks, kTrail = S::kStripTrailingBlanks,
+               kLineFeed = S::kStripLineFeed, kSlash = S::kStripSlash, kUrl = S::kStripUrl,
+               kLineEnds = S::kStripLineEnds, kAllBlanks = S::kStripAllBlanks,
+               kQuotes = S::kStripQuotes;
+const auto kEvery = kLead | kTrail | kQuotes | kSlash | kLineFeed | kLineEnds | kUrl | kAllBlanks;
 
-constexpr auto kLead = CQELString::kStripLeadingBlanks;
-constexpr auto kTrail = CQELString::kStripTrailingBlanks;
-constexpr auto kLineFeed = CQELString::kStripLineFeed;
-constexpr auto kSlash = CQELString::kStripSlash;
-constexpr auto kUrl = CQELString::kStripUrl;
-constexpr auto kLineEnds = CQELString::kStripLineEnds;
-constexpr auto kAllBlanks = CQELString::kStripAllBlanks;
-constexpr auto kQuotes = CQELString::kStripQuotes;
-
-struct StripCase {
-    const char* text;
-    CQELString::EStripType flags;
-    const char* expected;
-};
-
-template <std::size_t N>
-void ExpectStrips(const StripCase (&cases)[N]) {
-    for (const StripCase& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.text << " with " << c.flags);
-        EXPECT_STREQ(c.expected, CQELString(c.text).Strip(c.flags));
-    }
-}
+using StripCase = std::tuple<const char*, S::EStripType, const char*>;
 
 TEST(Strip, AppliesEachBit) {
-    ExpectStrips({
-        {"  a b  ", kLead, "a b  "},
-        {"  a b  ", kTrail, "  a b"},
-        {"\ta ", kLead | kTrail, "\ta"},
-        {" \" a \"\" ", kQuotes, "a"},
-        {"a\\", kSlash, "a"},
-        {"a//", kSlash, "a/"},
-        {"a\n\n", kLineFeed, "a\n"},
-        {"a\r\n\r\n", kLineEnds, "a"},
-        {" a b  c ", kAllBlanks, "abc"},
-        {"   ", kAllBlanks, ""},
-        {"   ", kLead, ""},
-        {"", kLead | kSlash | kUrl, ""},
-        {"\\", kSlash | kLineFeed, ""},
-    });
+    const StripCase cases[] = {
+        {" a b ", kLead, "a b "},     {" a b ", kTrail, " a b"},
+        {"\ta ", kTrail, "\ta"},      {"\" a\"", kQuotes, "a"},
+        {"a\\", kSlash, "a"},         {"a//", kSlash, "a/"},
+        {"a\n\n", kLineFeed, "a\n"},  {"a\r\n\r\n", kLineEnds, "a"},
+        {" a  b ", kAllBlanks, "ab"}, {"   ", kAllBlanks, ""},
+        {"   ", kLead, ""},           {"\\", kSlash, ""},
+        {"\n", kLineFeed, ""},        {"", kEvery, ""},
+    };
+    for (const auto& [text, flags, expected] : cases) Expect(expected, S(text).Strip(flags));
 }
 
 TEST(Strip, DropsTheSchemeOfAddressesOfEightCharacters) {
-    ExpectStrips({
-        {"http://abc/", kUrl, "abc"},
-        {"HTTP://a", kUrl, "a"},
-        {"http:/", kUrl, "http:/"},
-        {"http://", kUrl, "http://"},
-        {"http:///", kUrl, ""},
-        {"https://abc/", kUrl, "https://abc"},
-        {"abc/", kUrl, "abc/"},
-        {"  http://a", kUrl, "  http://a"},
-        {"  http://a", kUrl | kLead, "a"},
-    });
+    const std::pair<const char*, const char*> cases[] = {
+        {"http://abc/", "abc"},     {"HTTP://a", "a"}, {"http:/", "http:/"},
+        {"http://", "http://"},     {"http:///", ""},  {"https://ab/", "https://ab"},
+        {" http://a", " http://a"},
+    };
+    for (const auto& [text, expected] : cases) Expect(expected, S(text).Strip(kUrl));
+    Expect("a", S("  http://a").Strip(kUrl | kLead));
 }
 
 TEST(Strip, LooksAtTheEndOfTheUnstrippedText) {
-    ExpectStrips({
-        {"a/  ", kTrail | kSlash, "a/"},
-        {"a/\n", kSlash | kLineEnds, "a/"},
-        {"ab\n", kLineFeed | kLineEnds, "ab"},
-        {"ab  \n", kLineFeed | kTrail, "ab  "},
-        {"a\"\\", kQuotes | kSlash, "a\""},
-        {"\"a\"\n", kQuotes | kLineFeed, "a\""},
-        {"\n", kLineFeed, ""},
-    });
+    const StripCase cases[] = {
+        {"a/  ", kTrail | kSlash, "a/"},       {"a/\n", kSlash | kLineEnds, "a/"},
+        {"ab\n", kLineFeed | kLineEnds, "ab"}, {"a \n", kLineFeed | kTrail, "a "},
+        {"a\"\\", kQuotes | kSlash, "a\""},    {"\"a\"\n", kQuotes | kLineFeed, "a\""},
+    };
+    for (const auto& [text, flags, expected] : cases) Expect(expected, S(text).Strip(flags));
 }
 
-TEST(Strip, KeepsTheBodyWhenNothingGoes) {
-    CQELString s("plain");
+TEST(Editing, KeepsTheBodyWhenNothingChanges) {
+    S s("plain\ntext");
     const char* const before = s;
-    s.Strip(kLead | kTrail | kQuotes | kSlash | kLineFeed | kLineEnds | kUrl | kAllBlanks);
+    s.InsertRow("|", 9).InsertRow("", 0).Exclude("#").Strip(kEvery).Replace("#", "").Delete(20, 1);
     EXPECT_EQ(before, Text(s));
 }
 
-// --- Lines and slashes -----------------------------------------------------------------------
-
-TEST(Editing, EndsLinesAndFolders) {
-    ExpectEdits({
-        {"a", [](CQELString& s) { s.BeginNewLine(); }, "a\r\n"},
-        {"a\n", [](CQELString& s) { s.BeginNewLine(); }, "a\n"},
-        {"a\r", [](CQELString& s) { s.BeginNewLine(); }, "a\r\r\n"},
-        {"", [](CQELString& s) { s.BeginNewLine(); }, ""},
-        {"C:", [](CQELString& s) { s.StrAddSlash(); }, "C:\\"},
-        {"C:/", [](CQELString& s) { s.StrAddSlash(); }, "C:\\"},
-        {"C:\\\\", [](CQELString& s) { s.StrAddSlash(); }, "C:\\\\"},
-        {"", [](CQELString& s) { s.StrAddSlash(); }, "\\"},
-    });
-}
-
-TEST(Slashes, OfACallersBufferNeedOneCharacterOfRoom) {
-    const struct {
-        const char *text, *added, *cut;
-    } cases[] = {
-        {"", "\\", ""},          {"C:", "C:\\", "C:"},         {"C:\\", "C:\\", "C:"},
-        {"C:/", "C:/\\", "C:/"}, {"C:\\\\", "C:\\\\", "C:\\"}, {"\\", "\\", ""},
+TEST(Editing, EndsFoldersAndLinesOnce) {
+    const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
+        // text, added to a string, added to a buffer with one character of room, cut
+        {"", "\\", "\\", ""},
+        {"C:", "C:\\", "C:\\", "C:"},
+        {"C:\\", "C:\\", "C:\\", "C:"},
+        {"C:/", "C:\\", "C:/\\", "C:/"},
+        {"C:\\\\", "C:\\\\", "C:\\\\", "C:\\"},
+        {"\\", "\\", "\\", ""},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        GuardedBuffer added(std::strlen(c.added) + 1);
-        std::strcpy(added.text(), c.text);
-        CQELString::StrAddSlash(added.text());
-        EXPECT_STREQ(c.added, added.text());
-        GuardedBuffer cut(c.text);
-        CQELString::StrCutSlash(cut.text());
-        EXPECT_STREQ(c.cut, cut.text());
+    for (const auto& [text, string, buffer, without] : cases) {
+        Expect(string, S(text).StrAddSlash());
+        GuardedBuffer added(std::strlen(buffer) + 1), cut(text);
+        std::strcpy(added.text(), text);
+        S::StrAddSlash(added.text());
+        EXPECT_STREQ(buffer, added.text());
+        S::StrCutSlash(cut.text());
+        EXPECT_STREQ(without, cut.text());
     }
-    CQELString::StrAddSlash(nullptr);
-    CQELString::StrCutSlash(nullptr);
-}
-
-// --- Size and memory -------------------------------------------------------------------------
-
-TEST(Editing, WorksOnAMegabyte) {
-    CQELString s(std::string(1 << 20, 'a').c_str());
-    EXPECT_EQ(3 << 19, s.Replace("aa", "bcd").Length());
-    EXPECT_EQ((3 << 19) - 3, s.ReverseFind('b'));
-    EXPECT_EQ(1 << 20, s.Exclude("c").Length());
-    EXPECT_EQ(2, s.Replace('d', '\n').InsertRow("**", 1).Find('*') + 1);
-    EXPECT_EQ((1 << 20) + (1 << 20), s.Length());
+    Expect("a\r\n", S("a").BeginNewLine().BeginNewLine());
+    Expect("a\r\r\n", S("a\r").BeginNewLine());
+    Expect("", S().BeginNewLine());
+    S::StrAddSlash(nullptr);
+    S::StrCutSlash(nullptr);
 }
 
 TEST(Editing, LeavesAStringAloneThatWouldExceedItsLengthField) {
     const std::string many(1 << 16, 'x');
-    CQELString s(many.c_str());
-    s.Replace("x", many.c_str());  // 2^32 bytes
-    EXPECT_STREQ(many.c_str(), s);
-    CQELString lines(std::string((1 << 16) - 1, '\n').c_str());
+    S s(many.c_str()), lines(std::string((1 << 16) - 1, '\n').c_str());
+    Expect(many.c_str(), s.Replace("x", many.c_str()));  // 2^32 bytes
     EXPECT_EQ((1 << 16) - 1, lines.InsertRow(s, 0).Length());
+    EXPECT_EQ(3 << 16, s.Replace("xx", "abcdef").Length());
 }
 
-void* NoMemory(std::size_t) { return nullptr; }
-
 TEST(Editing, WithoutMemoryChangesNothing) {
-    CQELString s("ab\ncd "), shared("xy");
-    CQELString constructed, assigned("old"), sum;
+    S s("ab\ncd "), shared("xy"), constructed, assigned("old"), sum;
     const char* thrown = "";
     {
-        const ImportPatch no_memory(kLibrary, "malloc", &NoMemory);
-        constructed = CQELString("new");
+        void* (*const no_memory)(std::size_t) = [](std::size_t) -> void* { return nullptr; };
+        const ImportPatch patch(kLibrary, "malloc", no_memory);
+        constructed = S("new");
         assigned = "new";
         sum = s + "x";
         s += "x";
@@ -370,10 +200,10 @@ TEST(Editing, WithoutMemoryChangesNothing) {
             thrown = text;
         }
     }
-    EXPECT_STREQ("ab\ncd ", s);
-    EXPECT_FALSE(constructed.IsValid());
-    EXPECT_FALSE(assigned.IsValid());
-    EXPECT_FALSE(sum.IsValid());
+    Expect("ab\ncd ", s);
+    Expect("", constructed);
+    Expect("", assigned);
+    Expect("", sum);
     EXPECT_STREQ("MemoryError", thrown);
 }
 

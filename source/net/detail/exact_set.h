@@ -86,7 +86,7 @@ bool Contains(const std::list<T>& list, const T& element) {
 }
 
 // A set costs as much as looking at this many pairs for each element of both lists.
-constexpr std::uint64_t kSetPrice = 4;
+constexpr std::uint64_t kSetPrice = 8;
 
 // The elements of b, in its order and each once, that the list does not have.
 template <typename T>

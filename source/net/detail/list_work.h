@@ -44,6 +44,20 @@ inline bool LiesIn(ulong32 address, const CQELRangeIP& range) {
     return range.IsPoint() ? address == range.from : LiesBetween(address, range);
 }
 
+// Whether one range crosses others, one after another: for a range proper two comparisons say it.
+class CrossTest {
+public:
+    explicit CrossTest(const CQELRangeIP& range)
+        : range_(range), is_proper_(range.from < range.to) {}
+    bool operator()(const CQELRangeIP& x) const {
+        return is_proper_ ? x.from <= range_.to && range_.from <= LastOf(x) : range_.IsCross(x);
+    }
+
+private:
+    const CQELRangeIP& range_;
+    const bool is_proper_;
+};
+
 // A range read as address and mask.
 struct Subnet {
     explicit Subnet(const CQELRangeIP& range) : mask(range.to), net(range.from & range.to) {}

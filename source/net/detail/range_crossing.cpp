@@ -19,13 +19,15 @@ std::size_t PlainLimit(std::size_t outer, std::size_t inner, std::uint64_t price
     return static_cast<std::size_t>(price / 4 * (outer + inner) / inner);
 }
 
-// The first of `limit` elements of `outer` that fits one of `inner`; null when none does.
+// The first of `limit` elements of `outer` that fits one of `inner`, by a test that `test` makes for
+// it; null when none does.
 template <typename Outer, typename Inner, typename Test>
 const typename Outer::value_type* FirstFit(const Outer& outer, const Inner& inner,
                                            std::size_t limit, Test test) {
     for (auto o = outer.begin(); limit > 0; ++o, --limit) {
+        const auto fits = test(*o);
         for (const auto& i : inner) {
-            if (test(*o, i)) return &*o;
+            if (fits(i)) return &*o;
         }
     }
     return nullptr;
@@ -200,22 +202,25 @@ bool HasPlainly(const RangeList& subnets, ulong32 address) {
 
 bool IsCross(const RangeList& list, const RangeList& b, std::uint64_t price) {
     const std::size_t limit = PlainLimit(b.size(), list.size(), price);
-    const auto crosses = [](const CQELRangeIP& r, const CQELRangeIP& x) { return r.IsCross(x); };
+    const auto crosses = [](const CQELRangeIP& r) { return CrossTest(r); };
     return FirstFit(b, list, limit, crosses) || (limit < b.size() && IsCrossIndexed(list, b));
 }
 
 bool IsCrossPoints(const RangeList& list, const AddressList& points, std::uint64_t price) {
     const std::size_t limit = PlainLimit(list.size(), points.size(), price);
-    const auto holds = [](const CQELRangeIP& x, ulong32 point) { return LiesIn(point, x); };
+    const auto holds = [](const CQELRangeIP& x) {
+        return [&x](ulong32 point) { return LiesIn(point, x); };
+    };
     return FirstFit(list, points, limit, holds) ||
            (limit < list.size() && IsCrossPointsIndexed(list, points));
 }
 
 bool IsCrossSubnets(const RangeList& list, const RangeList& subnets, std::uint64_t price) {
     const std::size_t limit = PlainLimit(subnets.size(), list.size(), price);
-    const auto meets = [](const CQELRangeIP& s, const CQELRangeIP& x) {
-        const Subnet subnet(s);
-        return IsCrossNet(subnet) && MeetsSubnet(x, subnet);
+    const auto meets = [](const CQELRangeIP& s) {
+        return [subnet = Subnet(s)](const CQELRangeIP& x) {
+            return IsCrossNet(subnet) && MeetsSubnet(x, subnet);
+        };
     };
     return FirstFit(subnets, list, limit, meets) ||
            (limit < subnets.size() && IsCrossSubnetsIndexed(list, subnets));
@@ -223,7 +228,10 @@ bool IsCrossSubnets(const RangeList& list, const RangeList& subnets, std::uint64
 
 const CQELRangeIP* FirstOverlap(const RangeList& list, const RangeList& b, std::uint64_t price) {
     const std::size_t limit = PlainLimit(list.size(), b.size(), price);
-    const CQELRangeIP* found = FirstFit(list, b, limit, Overlaps);
+    const auto overlaps = [](const CQELRangeIP& x) {
+        return [&x](const CQELRangeIP& r) { return Overlaps(x, r); };
+    };
+    const CQELRangeIP* found = FirstFit(list, b, limit, overlaps);
     return found || limit == list.size() ? found : FirstOverlapIndexed(list, b);
 }
 

@@ -383,8 +383,11 @@ void RemoveRanges(RangeList& list, const RangeList& taken, std::uint64_t price) 
             removal.Apply();
             return;
         }
+        const CrossTest crosses(*r);
         for (auto x = list.begin(); x != list.end();) {
-            if (TakeFromList(list, x, *r, list.end()) != Effect::kErased) ++x;
+            const bool is_erased =
+                crosses(*x) && TakeFromList(list, x, *r, list.end()) == Effect::kErased;
+            if (!is_erased) ++x;
         }
     }
 }
@@ -392,9 +395,13 @@ void RemoveRanges(RangeList& list, const RangeList& taken, std::uint64_t price) 
 bool RemovePoints(RangeList& list, const AddressList& points, std::uint64_t price) {
     bool changed = false;
     std::size_t done = 0;
+    std::size_t greatest = 0;  // of the list so far
     for (auto x = list.begin(); x != list.end();) {
-        if (IndexPays(list.size() - done, points.size(), price)) {
-            return RemovePointsIndexed(list, x, points) || changed;
+        if (list.size() > greatest) {
+            greatest = list.size();
+            if (IndexPays(greatest - done, points.size(), price)) {
+                return RemovePointsIndexed(list, x, points) || changed;
+            }
         }
         const Effect effect = RemovePointsPlainly(list, x, points);
         changed |= effect != Effect::kNone;

@@ -5,10 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#define QELKIT_SSE2
-#endif
+#include "text/detail/simd.h"
 
 namespace kit {
 namespace {
