@@ -26,7 +26,7 @@ public:
     CQELInt64(std::int64_t value);
     CQELInt64(std::uint64_t value);
     // Sign-extended; without it the literal 1 would fit several of the others equally.
-    CQELInt64(int value) : CQELInt64(std::int64_t{value}) {}
+    CQELInt64(int value);
 
     // Takes the 64 bits of `value`.
     CQELInt64& operator=(std::int64_t value);
@@ -62,8 +62,11 @@ public:
     operator double() const;
 
 private:
-    std::uint64_t Bits() const { return std::uint64_t{high_} << 32 | low_; }
+    std::uint64_t Bits() const;
 
     ulong32 low_ = 0;
     ulong32 high_ = 0;
 };
+
+inline std::uint64_t CQELInt64::Bits() const { return std::uint64_t{high_} << 32 | low_; }
+inline CQELInt64::CQELInt64(int value) : CQELInt64(std::int64_t{value}) {}

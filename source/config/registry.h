@@ -13,17 +13,22 @@
 class QELKIT_API XQELWinMsg : public XQELBaseMsg {
 public:
     // Both are stored as they are: a `message` for people and the system's `code`.
-    XQELWinMsg(const CQELString& message, ulong32 code) : message_(message), code_(code) {}
+    XQELWinMsg(const CQELString& message, ulong32 code);
 
     // The text, in the ANSI code page; valid as long as the object.
-    const CQELString& GetErrorMessage() const { return message_; }
+    const CQELString& GetErrorMessage() const;
     // The system's error code; 0 where the failure is the library's own finding.
-    ulong32 GetErrorCode() const { return code_; }
+    ulong32 GetErrorCode() const;
 
 private:
     CQELString message_;
     ulong32 code_;
 };
+
+inline XQELWinMsg::XQELWinMsg(const CQELString& message, ulong32 code)
+    : message_(message), code_(code) {}
+inline const CQELString& XQELWinMsg::GetErrorMessage() const { return message_; }
+inline ulong32 XQELWinMsg::GetErrorCode() const { return code_; }
 
 // What the registry class throws.
 class QELKIT_API XQELRegError : public XQELWinMsg {
@@ -182,49 +187,68 @@ constexpr CQelReg::AccessMode operator|(CQelReg::AccessMode a, CQelReg::AccessMo
 class QELKIT_API CQelRegHCR : public CQelReg {
 public:
     // Opens HKEY_CLASSES_ROOT\keyPath.
-    CQelRegHCR(const char* keyPath, AccessMode mode) : CQelReg(HKEY_CLASSES_ROOT, keyPath, mode) {}
+    CQelRegHCR(const char* keyPath, AccessMode mode);
 };
+
+inline CQelRegHCR::CQelRegHCR(const char* keyPath, AccessMode mode)
+    : CQelReg(HKEY_CLASSES_ROOT, keyPath, mode) {}
 
 // Keys below HKEY_CURRENT_USER.
 class QELKIT_API CQelRegHCU : public CQelReg {
 public:
     // Opens HKEY_CURRENT_USER\keyPath.
-    CQelRegHCU(const char* keyPath, AccessMode mode) : CQelReg(HKEY_CURRENT_USER, keyPath, mode) {}
+    CQelRegHCU(const char* keyPath, AccessMode mode);
 };
+
+inline CQelRegHCU::CQelRegHCU(const char* keyPath, AccessMode mode)
+    : CQelReg(HKEY_CURRENT_USER, keyPath, mode) {}
 
 // Keys below HKEY_LOCAL_MACHINE.
 class QELKIT_API CQelRegHLM : public CQelReg {
 public:
     // Opens HKEY_LOCAL_MACHINE\keyPath.
-    CQelRegHLM(const char* keyPath, AccessMode mode) : CQelReg(HKEY_LOCAL_MACHINE, keyPath, mode) {}
+    CQelRegHLM(const char* keyPath, AccessMode mode);
 };
+
+inline CQelRegHLM::CQelRegHLM(const char* keyPath, AccessMode mode)
+    : CQelReg(HKEY_LOCAL_MACHINE, keyPath, mode) {}
 
 // Keys below HKEY_USERS.
 class QELKIT_API CQelRegHUS : public CQelReg {
 public:
     // Opens HKEY_USERS\keyPath.
-    CQelRegHUS(const char* keyPath, AccessMode mode) : CQelReg(HKEY_USERS, keyPath, mode) {}
+    CQelRegHUS(const char* keyPath, AccessMode mode);
 };
+
+inline CQelRegHUS::CQelRegHUS(const char* keyPath, AccessMode mode)
+    : CQelReg(HKEY_USERS, keyPath, mode) {}
 
 // Keys below HKEY_PERFORMANCE_DATA.
 class QELKIT_API CQelRegHPD : public CQelReg {
 public:
     // Opens HKEY_PERFORMANCE_DATA\keyPath.
-    CQelRegHPD(const char* keyPath, AccessMode mode)
-        : CQelReg(HKEY_PERFORMANCE_DATA, keyPath, mode) {}
+    CQelRegHPD(const char* keyPath, AccessMode mode);
 };
+
+inline CQelRegHPD::CQelRegHPD(const char* keyPath, AccessMode mode)
+    : CQelReg(HKEY_PERFORMANCE_DATA, keyPath, mode) {}
 
 // Keys below HKEY_CURRENT_CONFIG.
 class QELKIT_API CQelRegHCC : public CQelReg {
 public:
     // Opens HKEY_CURRENT_CONFIG\keyPath.
-    CQelRegHCC(const char* keyPath, AccessMode mode)
-        : CQelReg(HKEY_CURRENT_CONFIG, keyPath, mode) {}
+    CQelRegHCC(const char* keyPath, AccessMode mode);
 };
+
+inline CQelRegHCC::CQelRegHCC(const char* keyPath, AccessMode mode)
+    : CQelReg(HKEY_CURRENT_CONFIG, keyPath, mode) {}
 
 // Keys below HKEY_DYN_DATA.
 class QELKIT_API CQelRegHDD : public CQelReg {
 public:
     // Opens HKEY_DYN_DATA\keyPath.
-    CQelRegHDD(const char* keyPath, AccessMode mode) : CQelReg(HKEY_DYN_DATA, keyPath, mode) {}
+    CQelRegHDD(const char* keyPath, AccessMode mode);
 };
+
+inline CQelRegHDD::CQelRegHDD(const char* keyPath, AccessMode mode)
+    : CQelReg(HKEY_DYN_DATA, keyPath, mode) {}

@@ -29,13 +29,11 @@ struct QELKIT_API CQELFileTime : public FILETIME {
     CQELFileTime& operator=(std::uint64_t ticks);
 
     // The ticks.
-    operator std::uint64_t() const {
-        return static_cast<std::uint64_t>(dwHighDateTime) << 32 | dwLowDateTime;
-    }
+    operator std::uint64_t() const;
 
     // By the ticks, unsigned.
     bool operator==(const FILETIME& other) const;
-    bool operator!=(const FILETIME& other) const { return !(*this == other); }
+    bool operator!=(const FILETIME& other) const;
     bool operator<(const FILETIME& other) const;
     bool operator>(const FILETIME& other) const;
 
@@ -47,7 +45,7 @@ struct QELKIT_API CQELFileTime : public FILETIME {
 
     // By the ticks, unsigned; sums and differences modulo 2^64.
     bool operator==(const CQELFileTime& other) const;
-    bool operator!=(const CQELFileTime& other) const { return !(*this == other); }
+    bool operator!=(const CQELFileTime& other) const;
     bool operator<(const CQELFileTime& other) const;
     bool operator>(const CQELFileTime& other) const;
     CQELFileTime operator+(const CQELFileTime& other) const;
@@ -56,8 +54,15 @@ struct QELKIT_API CQELFileTime : public FILETIME {
     CQELFileTime& operator-=(const CQELFileTime& other);
 
     // The size of a file time in bytes: 8.
-    int GetObjectSize() const { return static_cast<int>(sizeof(FILETIME)); }
+    int GetObjectSize() const;
 };
+
+inline CQELFileTime::operator std::uint64_t() const {
+    return static_cast<std::uint64_t>(dwHighDateTime) << 32 | dwLowDateTime;
+}
+inline bool CQELFileTime::operator!=(const FILETIME& other) const { return !(*this == other); }
+inline bool CQELFileTime::operator!=(const CQELFileTime& other) const { return !(*this == other); }
+inline int CQELFileTime::GetObjectSize() const { return static_cast<int>(sizeof(FILETIME)); }
 
 // The reading of the file time `ft` in local time, or in UTC when `local` is false; millisecond is
 // 0, the file time's fraction of a second is dropped.

@@ -21,9 +21,9 @@ public:
     virtual ~CQELDate();
 
     // 1-based day of the month, month 1..12, full year (2024).
-    int Day() const { return day_; }
-    int Month() const { return month_; }
-    int Year() const { return year_; }
+    int Day() const;
+    int Month() const;
+    int Year() const;
     // Store the value unchecked and return this date, so that calls chain.
     CQELDate& Day(int day);
     CQELDate& Month(int month);
@@ -32,8 +32,8 @@ public:
     // 0 is Sunday, 6 Saturday; and 0 is 1 January, 365 the last day of a leap year. Fields out of
     // range carry over: 31 April answers as 1 May. 0 for dates that the C runtime cannot convert
     // (before 1970 or after 3000).
-    int DayOfWeek() const { return GetDaysOf(0); }
-    int DayOfYear() const { return GetDaysOf(1); }
+    int DayOfWeek() const;
+    int DayOfYear() const;
 
     // Whether the fields are a date from 2 January 1971 to 31 December 2037.
     bool IsValid() const;
@@ -41,10 +41,10 @@ public:
     // By year, then month, then day.
     bool operator==(const CQELDate& other) const;
     bool operator<(const CQELDate& other) const;
-    bool operator!=(const CQELDate& other) const { return !(*this == other); }
-    bool operator<=(const CQELDate& other) const { return *this < other || *this == other; }
-    bool operator>(const CQELDate& other) const { return other < *this; }
-    bool operator>=(const CQELDate& other) const { return other <= *this; }
+    bool operator!=(const CQELDate& other) const;
+    bool operator<=(const CQELDate& other) const;
+    bool operator>(const CQELDate& other) const;
+    bool operator>=(const CQELDate& other) const;
 
     // The date as text; of 5 March 2024:
     //   0  " 5.03.2024"
@@ -63,3 +63,15 @@ private:
     int month_;
     int year_;
 };
+
+inline int CQELDate::Day() const { return day_; }
+inline int CQELDate::Month() const { return month_; }
+inline int CQELDate::Year() const { return year_; }
+inline int CQELDate::DayOfWeek() const { return GetDaysOf(0); }
+inline int CQELDate::DayOfYear() const { return GetDaysOf(1); }
+inline bool CQELDate::operator!=(const CQELDate& other) const { return !(*this == other); }
+inline bool CQELDate::operator<=(const CQELDate& other) const {
+    return *this < other || *this == other;
+}
+inline bool CQELDate::operator>(const CQELDate& other) const { return other < *this; }
+inline bool CQELDate::operator>=(const CQELDate& other) const { return other <= *this; }

@@ -47,10 +47,10 @@ public:
     // By date, then by time.
     bool operator==(const CQELDateTime& other) const;
     bool operator<(const CQELDateTime& other) const;
-    bool operator!=(const CQELDateTime& other) const { return !(*this == other); }
-    bool operator<=(const CQELDateTime& other) const { return *this < other || *this == other; }
-    bool operator>(const CQELDateTime& other) const { return other < *this; }
-    bool operator>=(const CQELDateTime& other) const { return other <= *this; }
+    bool operator!=(const CQELDateTime& other) const;
+    bool operator<=(const CQELDateTime& other) const;
+    bool operator>(const CQELDateTime& other) const;
+    bool operator>=(const CQELDateTime& other) const;
 
     // TextDate(date_form) and TextTime(time_form) with a blank in between: the date first (order
     // 0) or the time first (order 1). Empty for any other order.
@@ -62,6 +62,13 @@ private:
     // Fills `base` with 1 January 1970, 00:00:00, summer time unknown.
     static void GetBaseTime(struct tm& base);
 };
+
+inline bool CQELDateTime::operator!=(const CQELDateTime& other) const { return !(*this == other); }
+inline bool CQELDateTime::operator<=(const CQELDateTime& other) const {
+    return *this < other || *this == other;
+}
+inline bool CQELDateTime::operator>(const CQELDateTime& other) const { return other < *this; }
+inline bool CQELDateTime::operator>=(const CQELDateTime& other) const { return other <= *this; }
 
 // A date-time whose fields are UTC by convention.
 class QELKIT_API CQELUTCDateTime : public CQELDateTime {

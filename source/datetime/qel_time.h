@@ -21,10 +21,10 @@ public:
     virtual ~CQELTime();
 
     // The fields: 0..23, 0..59, 0..59 and 0..999 in a valid time.
-    int Hour() const { return hour_; }
-    int Minute() const { return minute_; }
-    int Second() const { return second_; }
-    int Milliseconds() const { return millisecond_; }
+    int Hour() const;
+    int Minute() const;
+    int Second() const;
+    int Milliseconds() const;
     // Store the value unchecked and return this time, so that calls chain.
     CQELTime& Hour(int hour);
     CQELTime& Minute(int minute);
@@ -37,10 +37,10 @@ public:
     // By hour, then minute, second and millisecond.
     bool operator==(const CQELTime& other) const;
     bool operator<(const CQELTime& other) const;
-    bool operator!=(const CQELTime& other) const { return !(*this == other); }
-    bool operator<=(const CQELTime& other) const { return *this < other || *this == other; }
-    bool operator>(const CQELTime& other) const { return other < *this; }
-    bool operator>=(const CQELTime& other) const { return other <= *this; }
+    bool operator!=(const CQELTime& other) const;
+    bool operator<=(const CQELTime& other) const;
+    bool operator>(const CQELTime& other) const;
+    bool operator>=(const CQELTime& other) const;
 
     // The time as text; of 9:05:07:
     //   0  " 9:05:07"
@@ -55,3 +55,14 @@ private:
     int second_;
     int millisecond_;
 };
+
+inline int CQELTime::Hour() const { return hour_; }
+inline int CQELTime::Minute() const { return minute_; }
+inline int CQELTime::Second() const { return second_; }
+inline int CQELTime::Milliseconds() const { return millisecond_; }
+inline bool CQELTime::operator!=(const CQELTime& other) const { return !(*this == other); }
+inline bool CQELTime::operator<=(const CQELTime& other) const {
+    return *this < other || *this == other;
+}
+inline bool CQELTime::operator>(const CQELTime& other) const { return other < *this; }
+inline bool CQELTime::operator>=(const CQELTime& other) const { return other <= *this; }

@@ -32,7 +32,7 @@ public:
     // The seconds, their low 32 bits.
     long32 GetTotalSeconds() const;
     // The stored milliseconds.
-    int GetMilliseconds() const { return milliseconds_; }
+    int GetMilliseconds() const;
 
     // The whole span in one unit, rounded toward zero; 32 bits.
     long32 GetDays() const;
@@ -46,10 +46,10 @@ public:
     // By the total milliseconds.
     bool operator==(const CTimeSpan& other) const;
     bool operator<(const CTimeSpan& other) const;
-    bool operator!=(const CTimeSpan& other) const { return !(*this == other); }
-    bool operator<=(const CTimeSpan& other) const { return !(other < *this); }
-    bool operator>(const CTimeSpan& other) const { return other < *this; }
-    bool operator>=(const CTimeSpan& other) const { return !(*this < other); }
+    bool operator!=(const CTimeSpan& other) const;
+    bool operator<=(const CTimeSpan& other) const;
+    bool operator>(const CTimeSpan& other) const;
+    bool operator>=(const CTimeSpan& other) const;
 
     // The span of the sum, or difference, of the total milliseconds.
     CTimeSpan operator+(const CTimeSpan& other) const;
@@ -66,5 +66,11 @@ private:
     std::int64_t seconds_;
     std::int32_t milliseconds_;
 };
+
+inline int CTimeSpan::GetMilliseconds() const { return milliseconds_; }
+inline bool CTimeSpan::operator!=(const CTimeSpan& other) const { return !(*this == other); }
+inline bool CTimeSpan::operator<=(const CTimeSpan& other) const { return !(other < *this); }
+inline bool CTimeSpan::operator>(const CTimeSpan& other) const { return other < *this; }
+inline bool CTimeSpan::operator>=(const CTimeSpan& other) const { return !(*this < other); }
 
 }  // namespace QEL

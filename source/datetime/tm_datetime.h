@@ -44,10 +44,10 @@ public:
     CTime& operator=(const CTime& other);
 
     // The fields.
-    int Hour() const { return record_.fields.tm_hour; }
-    int Minute() const { return record_.fields.tm_min; }
-    int Second() const { return record_.fields.tm_sec; }
-    int Milliseconds() const { return record_.millisecond; }
+    int Hour() const;
+    int Minute() const;
+    int Second() const;
+    int Milliseconds() const;
     // Set a field and carry, unless it has that value already. Milliseconds stores the low 16 bits
     // and carries nothing.
     CTime& Hour(int hour);
@@ -66,10 +66,10 @@ public:
     // never equal, though neither need be less.
     bool operator==(const CTime& other) const;
     bool operator<(const CTime& other) const;
-    bool operator!=(const CTime& other) const { return !(*this == other); }
-    bool operator<=(const CTime& other) const { return *this < other || *this == other; }
-    bool operator>(const CTime& other) const { return other < *this; }
-    bool operator>=(const CTime& other) const { return other <= *this; }
+    bool operator!=(const CTime& other) const;
+    bool operator<=(const CTime& other) const;
+    bool operator>(const CTime& other) const;
+    bool operator>=(const CTime& other) const;
 
     // The time as text; of 9:05:07.003:
     //   0  " 9:05:07"
@@ -81,7 +81,7 @@ public:
 
 protected:
     // A copy of `record`, not carried.
-    explicit CTime(const qeltm& record) : record_(record) {}
+    explicit CTime(const qeltm& record);
 
     // Seconds since midnight.
     int AllSeconds() const;
@@ -99,6 +99,16 @@ protected:
     mutable qeltm record_;  // asking for the weekday carries
 };
 
+inline int CTime::Hour() const { return record_.fields.tm_hour; }
+inline int CTime::Minute() const { return record_.fields.tm_min; }
+inline int CTime::Second() const { return record_.fields.tm_sec; }
+inline int CTime::Milliseconds() const { return record_.millisecond; }
+inline bool CTime::operator!=(const CTime& other) const { return !(*this == other); }
+inline bool CTime::operator<=(const CTime& other) const { return *this < other || *this == other; }
+inline bool CTime::operator>(const CTime& other) const { return other < *this; }
+inline bool CTime::operator>=(const CTime& other) const { return other <= *this; }
+inline CTime::CTime(const qeltm& record) : record_(record) {}
+
 // A date. The time of the value does not show.
 class QELKIT_API CDate : public CTime {
 public:
@@ -111,7 +121,7 @@ public:
     CDate& operator=(const CDate& other);
 
     // The fields: day of the month from 1, month 1..12, full year (2024).
-    int Day() const { return record_.fields.tm_mday; }
+    int Day() const;
     int Month() const;
     int Year() const;
     // Set a field and carry, unless it has that value already.
@@ -120,8 +130,8 @@ public:
     CDate& Year(int year);
 
     // 0 is Sunday; 0 is 1 January. These carry, which changes the object, and then tell.
-    int DayOfWeek() const { return GetDaysOf(0); }
-    int DayOfYear() const { return GetDaysOf(1); }
+    int DayOfWeek() const;
+    int DayOfYear() const;
 
     // Whether the fields are a day from 1 January 1971 to 31 December 2037.
     bool IsDateValid() const;
@@ -129,10 +139,10 @@ public:
     // By year, month and day.
     bool operator==(const CDate& other) const;
     bool operator<(const CDate& other) const;
-    bool operator!=(const CDate& other) const { return !(*this == other); }
-    bool operator<=(const CDate& other) const { return *this < other || *this == other; }
-    bool operator>(const CDate& other) const { return other < *this; }
-    bool operator>=(const CDate& other) const { return other <= *this; }
+    bool operator!=(const CDate& other) const;
+    bool operator<=(const CDate& other) const;
+    bool operator>(const CDate& other) const;
+    bool operator>=(const CDate& other) const;
 
     // The date as text; of 5 March 2024:
     //   0  " 5.03.2024"
@@ -144,11 +154,20 @@ public:
 
 protected:
     // A copy of `record`, not carried.
-    explicit CDate(const qeltm& record) : CTime(record) {}
+    explicit CDate(const qeltm& record);
 
 private:
     int GetDaysOf(int which) const;
 };
+
+inline int CDate::Day() const { return record_.fields.tm_mday; }
+inline int CDate::DayOfWeek() const { return GetDaysOf(0); }
+inline int CDate::DayOfYear() const { return GetDaysOf(1); }
+inline bool CDate::operator!=(const CDate& other) const { return !(*this == other); }
+inline bool CDate::operator<=(const CDate& other) const { return *this < other || *this == other; }
+inline bool CDate::operator>(const CDate& other) const { return other < *this; }
+inline bool CDate::operator>=(const CDate& other) const { return other <= *this; }
+inline CDate::CDate(const qeltm& record) : CTime(record) {}
 
 // A date and a time of day.
 class QELKIT_API CDateTime : public CDate {
@@ -188,10 +207,10 @@ public:
     // By date, then by time.
     bool operator==(const CDateTime& other) const;
     bool operator<(const CDateTime& other) const;
-    bool operator!=(const CDateTime& other) const { return !(*this == other); }
-    bool operator<=(const CDateTime& other) const { return *this < other || *this == other; }
-    bool operator>(const CDateTime& other) const { return other < *this; }
-    bool operator>=(const CDateTime& other) const { return other <= *this; }
+    bool operator!=(const CDateTime& other) const;
+    bool operator<=(const CDateTime& other) const;
+    bool operator>(const CDateTime& other) const;
+    bool operator>=(const CDateTime& other) const;
 
     // IsDateValid() and IsTimeValid()
     bool IsValid() const;
@@ -228,6 +247,13 @@ private:
     void ConvertFrom(std::int64_t seconds);
     void GetLocalOrSystemTime(bool to_local, CDateTime& out) const;
 };
+
+inline bool CDateTime::operator!=(const CDateTime& other) const { return !(*this == other); }
+inline bool CDateTime::operator<=(const CDateTime& other) const {
+    return *this < other || *this == other;
+}
+inline bool CDateTime::operator>(const CDateTime& other) const { return other < *this; }
+inline bool CDateTime::operator>=(const CDateTime& other) const { return other <= *this; }
 
 // A date-time in UTC. It has a virtual destructor, its base has none: never delete one through a
 // pointer to CDateTime.

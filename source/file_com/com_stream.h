@@ -22,15 +22,15 @@ public:
     class QELKIT_API CCS {
     public:
         // Nobody has it.
-        CCS() { ::InitializeCriticalSection(&section_); }
+        CCS();
         CCS(const CCS&) = delete;
         CCS& operator=(const CCS&) = delete;
         virtual ~CCS();
 
         // Enters, after waiting for as long as another thread has it; a thread may enter again, and
         // leaves as often.
-        void Lock() { ::EnterCriticalSection(&section_); }
-        void Unlock() { ::LeaveCriticalSection(&section_); }
+        void Lock();
+        void Unlock();
 
     private:
         CRITICAL_SECTION section_;
@@ -96,3 +96,7 @@ private:
     CCS lock_;
     HANDLE handle_ = nullptr;
 };
+
+inline CQELSimpleFileStream::CCS::CCS() { ::InitializeCriticalSection(&section_); }
+inline void CQELSimpleFileStream::CCS::Lock() { ::EnterCriticalSection(&section_); }
+inline void CQELSimpleFileStream::CCS::Unlock() { ::LeaveCriticalSection(&section_); }

@@ -62,10 +62,10 @@ public:
     void SkipFiles();
 
     // Of the entry that Next or NextFile moved to; empty before the first and behind the last one.
-    const FILENAME& GetCurDir() const { return cur_dir_; }          // the folder that it is in
-    const FILENAME& GetFilename() const { return filename_; }       // its name
-    const FILENAME& GetFullFilename() const { return info_.name; }  // its full path
-    const FF_FILE_INFO& GetFileInfo() const { return info_; }       // all that is known of it
+    const FILENAME& GetCurDir() const;        // the folder that it is in
+    const FILENAME& GetFilename() const;      // its name
+    const FILENAME& GetFullFilename() const;  // its full path
+    const FF_FILE_INFO& GetFileInfo() const;  // all that is known of it
 
 private:
     struct Search;
@@ -76,11 +76,16 @@ private:
     FF_FILE_INFO info_;
 };
 
+inline const FILENAME& FileFinder::GetCurDir() const { return cur_dir_; }
+inline const FILENAME& FileFinder::GetFilename() const { return filename_; }
+inline const FILENAME& FileFinder::GetFullFilename() const { return info_.name; }
+inline const FF_FILE_INFO& FileFinder::GetFileInfo() const { return info_; }
+
 // What was found, in order. Indexes run from 0 to size() - 1 and are not checked.
 class QELKIT_API FilesList {
 public:
     // Appends a copy of `file`; whether it exists is not looked at.
-    void Add(const FF_FILE_INFO& file) { files_.push_back(file); }
+    void Add(const FF_FILE_INFO& file);
     // All of `other`, behind the present ones.
     void Append(const FilesList& other);
     // Everything that a search still finds, folders included if its masks take them.
@@ -96,16 +101,24 @@ public:
 
     // The entries, as a container of the standard library has them. References and iterators hold
     // until the list changes.
-    std::size_t size() const { return files_.size(); }
-    bool isEmpty() const { return files_.empty(); }
-    void Clear() { files_.clear(); }
-    const FF_FILE_INFO& operator[](std::size_t index) const { return files_[index]; }
-    std::vector<FF_FILE_INFO>::const_iterator begin() const { return files_.begin(); }
-    std::vector<FF_FILE_INFO>::const_iterator end() const { return files_.end(); }
+    std::size_t size() const;
+    bool isEmpty() const;
+    void Clear();
+    const FF_FILE_INFO& operator[](std::size_t index) const;
+    std::vector<FF_FILE_INFO>::const_iterator begin() const;
+    std::vector<FF_FILE_INFO>::const_iterator end() const;
 
 private:
     std::vector<FF_FILE_INFO> files_;
 };
+
+inline void FilesList::Add(const FF_FILE_INFO& file) { files_.push_back(file); }
+inline std::size_t FilesList::size() const { return files_.size(); }
+inline bool FilesList::isEmpty() const { return files_.empty(); }
+inline void FilesList::Clear() { files_.clear(); }
+inline const FF_FILE_INFO& FilesList::operator[](std::size_t index) const { return files_[index]; }
+inline std::vector<FF_FILE_INFO>::const_iterator FilesList::begin() const { return files_.begin(); }
+inline std::vector<FF_FILE_INFO>::const_iterator FilesList::end() const { return files_.end(); }
 
 // The path of a folder.
 class QELKIT_API FOLDER : public FILENAME {

@@ -53,7 +53,7 @@ public:
     FILENAME& operator=(const FILENAME& other);
     // Takes the text as it is, null for "", or becomes a generated name.
     FILENAME& operator=(const char* text);
-    FILENAME& operator=(const CQELString& text) { return *this = static_cast<const char*>(text); }
+    FILENAME& operator=(const CQELString& text);
     FILENAME& operator=(SpecialFilenames kind);
     // Makes this a generated name of that `kind`; returns the object.
     FILENAME& MakeSpecialFilename(SpecialFilenames kind);
@@ -97,31 +97,44 @@ public:
     bool IsFileExist() const;
 
     // The length in bytes. Both names are kept.
-    int Lenght() const { return static_cast<int>(text_.size()); }
-    int size() const { return Lenght(); }
+    int Lenght() const;
+    int size() const;
     // Whether the text is "".
-    bool isEmpty() const { return text_.empty(); }
+    bool isEmpty() const;
     // Makes the text "".
-    void Clear() { text_.clear(); }
+    void Clear();
 
     // The character at `index`, from 0 to Lenght(): there is the terminator, not to be changed.
     // An index outside throws XQELStatus 37.
     char& operator[](int index);
     const char& operator[](int index) const;
     // The text, valid until the object changes or goes; never null.
-    operator const char*() const { return text_.c_str(); }
+    operator const char*() const;
     // A copy of the text.
     operator CQELString() const;
 
     // Byte by byte, as unsigned bytes, whatever g_bUsingFilenameCaseSensivity says; of two texts
     // that agree as far as they go the shorter is the smaller.
-    bool operator==(const FILENAME& other) const { return text_ == other.text_; }
-    bool operator!=(const FILENAME& other) const { return text_ != other.text_; }
-    bool operator<(const FILENAME& other) const { return text_ < other.text_; }
-    bool operator>(const FILENAME& other) const { return text_ > other.text_; }
+    bool operator==(const FILENAME& other) const;
+    bool operator!=(const FILENAME& other) const;
+    bool operator<(const FILENAME& other) const;
+    bool operator>(const FILENAME& other) const;
 
 private:
     std::string text_;
 };
+
+inline FILENAME& FILENAME::operator=(const CQELString& text) {
+    return *this = static_cast<const char*>(text);
+}
+inline int FILENAME::Lenght() const { return static_cast<int>(text_.size()); }
+inline int FILENAME::size() const { return Lenght(); }
+inline bool FILENAME::isEmpty() const { return text_.empty(); }
+inline void FILENAME::Clear() { text_.clear(); }
+inline FILENAME::operator const char*() const { return text_.c_str(); }
+inline bool FILENAME::operator==(const FILENAME& other) const { return text_ == other.text_; }
+inline bool FILENAME::operator!=(const FILENAME& other) const { return text_ != other.text_; }
+inline bool FILENAME::operator<(const FILENAME& other) const { return text_ < other.text_; }
+inline bool FILENAME::operator>(const FILENAME& other) const { return text_ > other.text_; }
 
 }  // namespace QEL

@@ -9,7 +9,7 @@
 class QELKIT_API FileTime {
 public:
     // Reads the time of `stream`, as GetTime.
-    explicit FileTime(FILE* stream) { GetTime(stream); }
+    explicit FileTime(FILE* stream);
     FileTime(const FileTime&) = default;
     FileTime(FileTime&&) = default;
     FileTime& operator=(const FileTime&) = default;
@@ -20,7 +20,7 @@ public:
     void GetTime(FILE* stream);
 
     // 0: the fields are those of the file; 1: they are not.
-    int GetError() const { return error; }
+    int GetError() const;
 
     int error = 1;   // what GetError returns
     int day = 0;     // 1 to 31
@@ -30,3 +30,6 @@ public:
     int minute = 0;  // 0 to 59
     int second = 0;  // 0 to 59
 };
+
+inline FileTime::FileTime(FILE* stream) { GetTime(stream); }
+inline int FileTime::GetError() const { return error; }

@@ -42,7 +42,7 @@ public:
     const char* Get();
     // The name that Get gave last (before the first Get: the one that it will give); null at the
     // end.
-    const char* GetLast() const { return current_; }
+    const char* GetLast() const;
     // The current entry's attribute word as the system gives it. At the end 116 is recorded, errno
     // 0, and 0xFFFFFFFF returned.
     ulong32 GetAttributes() const;
@@ -63,3 +63,5 @@ private:
     struct _finddata64i32_t record_ = {};
     std::intptr_t search_;
 };
+
+inline const char* CQELFindFile::GetLast() const { return current_; }

@@ -42,11 +42,11 @@ public:
     // Replaces the text; null empties it. Not trimmed.
     void SetMask(const char* mask);
     // Whether the mask applies in subfolders too (`use_subdirs`).
-    void SetUseSubDirs(bool use_subdirs) { use_subdirs_ = use_subdirs; }
-    bool GetUseSubDirs() const { return use_subdirs_; }
+    void SetUseSubDirs(bool use_subdirs);
+    bool GetUseSubDirs() const;
     // The attribute filter.
-    void SetAttr(long32 attr) { attr_ = attr; }
-    long32 GetAttr() const { return attr_; }
+    void SetAttr(long32 attr);
+    long32 GetAttr() const;
 
     // Whether `name` matches, with regard to letter case if `case_sensitive`, which is
     // g_bUsingFilenameCaseSensivity by default. A leading dot wants a literal one. The attributes
@@ -58,5 +58,10 @@ private:
     bool use_subdirs_;
     long32 attr_;
 };
+
+inline void FILENAME_MASK::SetUseSubDirs(bool use_subdirs) { use_subdirs_ = use_subdirs; }
+inline bool FILENAME_MASK::GetUseSubDirs() const { return use_subdirs_; }
+inline void FILENAME_MASK::SetAttr(long32 attr) { attr_ = attr; }
+inline long32 FILENAME_MASK::GetAttr() const { return attr_; }
 
 }  // namespace QEL

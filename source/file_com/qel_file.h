@@ -39,7 +39,7 @@ public:
     class QELKIT_API CQELFileImp : public CQELReference {
     public:
         // Takes over `stream`; the count is 1, for the creator.
-        explicit CQELFileImp(FILE* stream) : stream_(stream) {}
+        explicit CQELFileImp(FILE* stream);
         CQELFileImp(const CQELFileImp&) = delete;
         CQELFileImp& operator=(const CQELFileImp&) = delete;
         ~CQELFileImp() override;
@@ -77,10 +77,10 @@ public:
     void Close() const;
 
     // Whether there is an open stream.
-    bool IsOpen() const { return handle_ != nullptr; }
+    bool IsOpen() const;
 
     // The path of the last successful Open; "" before that. Never null.
-    const char* FileName() const { return name_; }
+    const char* FileName() const;
 
     // --- Data --------------------------------------------------------------------------------
     // A null buffer of more than 0 bytes records 28 (bad parameter) and transfers nothing.
@@ -243,13 +243,17 @@ private:
     mutable CQELFileImp* handle_ = nullptr;
 };
 
+inline CQELFile::CQELFileImp::CQELFileImp(FILE* stream) : stream_(stream) {}
+inline bool CQELFile::IsOpen() const { return handle_ != nullptr; }
+inline const char* CQELFile::FileName() const { return name_; }
+
 // A file whose Flush reaches the disk: every mode that writes gets the letter "c".
 class QELKIT_API CQELDirectFile : public CQELFile {
 public:
     // Open(name, mode, raise); not open when `name` is null.
     CQELDirectFile(const char* name, const char* mode, bool raise);
-    CQELDirectFile(const CQELDirectFile&) = default;
-    CQELDirectFile& operator=(const CQELDirectFile&) = default;
+    CQELDirectFile(const CQELDirectFile&);
+    CQELDirectFile& operator=(const CQELDirectFile&);
     ~CQELDirectFile() override;
 
     // CQELFile::Open(name, mode, raise) with "c" added to a mode that writes (one with "a", "w" or
@@ -257,3 +261,6 @@ public:
     // existing file, else "w+bc".
     void Open(const char* name, const char* mode, bool raise);
 };
+
+inline CQELDirectFile::CQELDirectFile(const CQELDirectFile&) = default;
+inline CQELDirectFile& CQELDirectFile::operator=(const CQELDirectFile&) = default;

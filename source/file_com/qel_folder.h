@@ -38,9 +38,9 @@ public:
     ~CQELFolder() override;
 
     // The path, never null.
-    operator const char*() const { return path_; }
+    operator const char*() const;
     // A copy of the path.
-    operator CQELString() const { return path_; }
+    operator CQELString() const;
 
     // --- One folder --------------------------------------------------------------------------
 
@@ -141,3 +141,6 @@ public:
 private:
     CQELString path_;
 };
+
+inline CQELFolder::operator const char*() const { return path_; }
+inline CQELFolder::operator CQELString() const { return path_; }

@@ -128,13 +128,13 @@ public:
     void ResetFieldInfo(CRecordInfo* info);
 
     // The stream, null when closed. Stays the object's.
-    FILE* GetFptr() const { return stream_; }
+    FILE* GetFptr() const;
     // The status of the last failure, or 0.
-    int GetRetCode() const { return status_; }
+    int GetRetCode() const;
     // The mode that the constructor was given.
-    unsigned char ModeOpen() const { return mode_; }
+    unsigned char ModeOpen() const;
     // The file's name. Never null; valid until the next Open.
-    const char* Name() const { return name_; }
+    const char* Name() const;
 
 protected:
     // Opens or makes the file. Returns whether it is ready.
@@ -183,3 +183,8 @@ private:
     std::int32_t count_at_open_ = 0;
     CRecordInfo* info_;
 };
+
+inline FILE* CRecFile::GetFptr() const { return stream_; }
+inline int CRecFile::GetRetCode() const { return status_; }
+inline unsigned char CRecFile::ModeOpen() const { return mode_; }
+inline const char* CRecFile::Name() const { return name_; }

@@ -12,8 +12,8 @@ class QELKIT_API CSERVICEDBVariant {
 public:
     // Both values are 0.
     CSERVICEDBVariant();
-    CSERVICEDBVariant(const CSERVICEDBVariant&) = default;
-    CSERVICEDBVariant& operator=(const CSERVICEDBVariant&) = default;
+    CSERVICEDBVariant(const CSERVICEDBVariant&);
+    CSERVICEDBVariant& operator=(const CSERVICEDBVariant&);
     virtual ~CSERVICEDBVariant();
 
     // Both values become 0.
@@ -22,3 +22,6 @@ public:
     std::int64_t first;   // the caller's
     std::int64_t second;  // the caller's
 };
+
+inline CSERVICEDBVariant::CSERVICEDBVariant(const CSERVICEDBVariant&) = default;
+inline CSERVICEDBVariant& CSERVICEDBVariant::operator=(const CSERVICEDBVariant&) = default;

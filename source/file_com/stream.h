@@ -16,11 +16,15 @@
 class QELKIT_API CQELStream {
 public:
     // Streams are made as what they read or write.
-    CQELStream() = default;
-    CQELStream(const CQELStream&) = default;
-    CQELStream& operator=(const CQELStream&) = default;
+    CQELStream();
+    CQELStream(const CQELStream&);
+    CQELStream& operator=(const CQELStream&);
     virtual ~CQELStream();
 };
+
+inline CQELStream::CQELStream() = default;
+inline CQELStream::CQELStream(const CQELStream&) = default;
+inline CQELStream& CQELStream::operator=(const CQELStream&) = default;
 
 // A stream that reads.
 class QELKIT_API CQELIStream : public virtual CQELStream {
@@ -45,9 +49,9 @@ class QELKIT_API CQELIOStream : public CQELIStream, public CQELOStream {};
 class QELKIT_API CQELFileStream : public CQELIOStream {
 public:
     // Over a file that is not open and does not raise: transfers nothing.
-    CQELFileStream() : file_(nullptr, nullptr, false) {}
+    CQELFileStream();
     // Over a copy of `file`, which shares its open stream and position.
-    CQELFileStream(const CQELFile& file) : file_(file) {}
+    CQELFileStream(const CQELFile& file);
 
     // CQELFile::Read and CQELFile::Write of `n` bytes at the position of the shared stream.
     void Read(void* buf, int n) override;
@@ -57,13 +61,16 @@ private:
     CQELFile file_;
 };
 
+inline CQELFileStream::CQELFileStream() : file_(nullptr, nullptr, false) {}
+inline CQELFileStream::CQELFileStream(const CQELFile& file) : file_(file) {}
+
 // A stream over the caller's memory: one cursor, moved by reading and writing alike. There is no
 // length and no check: the caller owns the memory and guarantees room. A null cursor or buffer
 // transfers nothing.
 class QELKIT_API CQELMemStream : public CQELIOStream {
 public:
     // Begins at `cursor`.
-    CQELMemStream(void* cursor = nullptr) : cursor_(static_cast<unsigned char*>(cursor)) {}
+    CQELMemStream(void* cursor = nullptr);
 
     // Copy `n` bytes from the cursor to `buf`, or from `buf` to the cursor, which moves on by them.
     void Read(void* buf, int n) override;
@@ -72,3 +79,5 @@ public:
 private:
     unsigned char* cursor_;
 };
+
+inline CQELMemStream::CQELMemStream(void* cursor) : cursor_(static_cast<unsigned char*>(cursor)) {}

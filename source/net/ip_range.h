@@ -34,7 +34,7 @@ public:
     ulong32 to = 0;    // the last one; 0: `from` alone
 
     // The point 0.
-    CQELRangeIP() = default;
+    CQELRangeIP();
     // Stores the bounds `from_address` and `to_address` as they are.
     CQELRangeIP(ulong32 from_address, ulong32 to_address);
     // `from` is the low half of `v` and `to` its high half.
@@ -64,7 +64,7 @@ public:
 
 private:
     // By the bounds as they are: nothing lies between those of (a, 0) or of an inverted range.
-    bool Spans(ulong32 address) const { return from <= address && address <= to; }
+    bool Spans(ulong32 address) const;
 };
 
 static_assert(sizeof(CQELRangeIP) == 8 && offsetof(CQELRangeIP, from) == 0 &&
@@ -73,12 +73,14 @@ static_assert(sizeof(CQELRangeIP) == 8 && offsetof(CQELRangeIP, from) == 0 &&
 
 // Defined here for speed; the library exports them nevertheless.
 
+inline CQELRangeIP::CQELRangeIP() = default;
 inline CQELRangeIP::CQELRangeIP(ulong32 from_address, ulong32 to_address)
     : from(from_address), to(to_address) {}
 
 inline CQELRangeIP::CQELRangeIP(std::uint64_t v)
     : from(static_cast<ulong32>(v)), to(static_cast<ulong32>(v >> 32)) {}
 
+inline bool CQELRangeIP::Spans(ulong32 address) const { return from <= address && address <= to; }
 inline kit::ReturnedBool CQELRangeIP::IsPoint() const { return to == from || to == 0; }
 
 inline void CQELRangeIP::Normalize() {

@@ -20,7 +20,7 @@ class CQELFile;  // file_com/qel_file.h
 class QELKIT_API CQELTableBuilder {
 public:
     // A table in `file`, which is open for writing.
-    explicit CQELTableBuilder(CQELFile& file) : file_(file) {}
+    explicit CQELTableBuilder(CQELFile& file);
     CQELTableBuilder(const CQELTableBuilder&) = delete;
     CQELTableBuilder& operator=(const CQELTableBuilder&) = delete;
     virtual ~CQELTableBuilder() noexcept(false);
@@ -43,6 +43,8 @@ protected:
 private:
     CQELFile& file_;
 };
+
+inline CQELTableBuilder::CQELTableBuilder(CQELFile& file) : file_(file) {}
 
 // A table on the screen, in a list control. Programs that have such a control implement it; the
 // library does not.

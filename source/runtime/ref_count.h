@@ -12,23 +12,29 @@
 class QELKIT_API CRefCnt {
 public:
     // Count 0: the first reference makes it 1.
-    CRefCnt() = default;
+    CRefCnt();
     // A copy is an object of its own; a count is never copied.
-    CRefCnt(const CRefCnt&) : CRefCnt() {}
-    CRefCnt& operator=(const CRefCnt&) { return *this; }
+    CRefCnt(const CRefCnt&);
+    CRefCnt& operator=(const CRefCnt&);
     virtual ~CRefCnt();
 
     // Add and drop a reference; each returns the new count. At 0 or below the object is deleted.
-    long32 AddRef() { return ++count_; }
-    long32 Release() {
-        const long32 left = --count_;
-        if (left <= 0) delete this;
-        return left;
-    }
+    long32 AddRef();
+    long32 Release();
 
 private:
     long32 count_ = 0;
 };
+
+inline CRefCnt::CRefCnt() = default;
+inline CRefCnt::CRefCnt(const CRefCnt&) : CRefCnt() {}
+inline CRefCnt& CRefCnt::operator=(const CRefCnt&) { return *this; }
+inline long32 CRefCnt::AddRef() { return ++count_; }
+inline long32 CRefCnt::Release() {
+    const long32 left = --count_;
+    if (left <= 0) delete this;
+    return left;
+}
 
 // Holds an object derived from CRefCnt: one count for as long as it points there.
 template <typename T>

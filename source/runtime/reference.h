@@ -16,10 +16,10 @@
 class QELKIT_API CQELReference {
 public:
     // Count 1, for the creator.
-    CQELReference() : count_(1) {}
+    CQELReference();
     // A copy is an object of its own, with one owner; a count is never copied.
-    CQELReference(const CQELReference&) : count_(1) {}
-    CQELReference& operator=(const CQELReference&) { return *this; }
+    CQELReference(const CQELReference&);
+    CQELReference& operator=(const CQELReference&);
     virtual ~CQELReference();
 
     // Adds an owner; returns the new count.
@@ -29,7 +29,7 @@ public:
     virtual long32 Release();
 
     // Whether the count is 1.
-    bool IsSingleOwner() const { return count_.load() == 1; }
+    bool IsSingleOwner() const;
 
     // Throws XQELStatus with status 117 (internal error) when `p` is null.
     static void CheckImplementation(const CQELReference* p);
@@ -37,3 +37,8 @@ public:
 private:
     std::atomic<long32> count_;
 };
+
+inline CQELReference::CQELReference() : count_(1) {}
+inline CQELReference::CQELReference(const CQELReference&) : count_(1) {}
+inline CQELReference& CQELReference::operator=(const CQELReference&) { return *this; }
+inline bool CQELReference::IsSingleOwner() const { return count_.load() == 1; }

@@ -43,7 +43,7 @@ public:
     virtual void Clear() const = 0;
 
     // The additional text.
-    const CQELString& GetErrMessEx() const { return text_; }
+    const CQELString& GetErrMessEx() const;
     // Replaces the additional text; null and "" empty it.
     void SetErrMessEx(const char* text) const;
     // Throws a copy of the whole object, as its most derived status class, if the raise flag is
@@ -55,12 +55,15 @@ protected:
     virtual void Raise() const = 0;
 
     // For classes whose copies take the raise flag of `other` and nothing else of the status.
-    void TakeRaiseFlag(const XQELMsg& other) { raise_ = other.raise_; }
+    void TakeRaiseFlag(const XQELMsg& other);
 
 private:
     bool raise_;
     mutable CQELString text_;
 };
+
+inline const CQELString& XQELMsg::GetErrMessEx() const { return text_; }
+inline void XQELMsg::TakeRaiseFlag(const XQELMsg& other) { raise_ = other.raise_; }
 
 // A status code; 0 is no error.
 class QELKIT_API XQELStatus : public XQELMsg {
@@ -71,7 +74,7 @@ public:
     XQELStatus(int status, const char* text, bool raise);
 
     // The recorded status; 0 is no error.
-    int Status() const { return status_; }
+    int Status() const;
 
     // status != 0
     bool IsError() const override;
@@ -91,6 +94,8 @@ private:
     mutable int status_;
 };
 
+inline int XQELStatus::Status() const { return status_; }
+
 // A status and an error number of the C runtime; 0 is none.
 class QELKIT_API XQELErrno : public XQELStatus {
 public:
@@ -98,7 +103,7 @@ public:
     XQELErrno(int error_number, bool raise);
 
     // The recorded error number; 0 is no error.
-    int Errno() const { return error_number_; }
+    int Errno() const;
 
     // Error number != 0: the status is not looked at.
     bool IsError() const override;
@@ -118,6 +123,8 @@ protected:
 private:
     mutable int error_number_;
 };
+
+inline int XQELErrno::Errno() const { return error_number_; }
 
 // Status and error number together: what file operations report into, and the base of files.
 class QELKIT_API XQELFile : public XQELErrno {

@@ -37,7 +37,7 @@ public:
     public:
         // Takes over `text`, of `length` bytes and a terminator: a block from malloc, or the bytes
         // behind a body that was made in a block with room for them.
-        CQELStringImp(char* text, int length) : text_(text), length_(length) {}
+        CQELStringImp(char* text, int length);
         CQELStringImp(const CQELStringImp&) = delete;
         CQELStringImp& operator=(const CQELStringImp&) = delete;
         ~CQELStringImp() override;
@@ -66,7 +66,7 @@ public:
     // --- Construction and assignment ---------------------------------------------------------
 
     // Empty.
-    CQELString() : body_(nullptr) {}
+    CQELString();
     // A copy of `s`; null and "" give the empty string.
     CQELString(const char* s);
     // A copy of the first `n` bytes of `s`, which are all readable, whatever they are; null, "" (a
@@ -76,12 +76,8 @@ public:
     CQELString(char c);
     // String resource `id` of a module: LoadStringA(id, module).
     CQELString(int id, const char* module);
-    CQELString(const CQELString& other) : body_(other.body_) {
-        if (body_) body_->AddRef();
-    }
-    ~CQELString() {
-        if (body_) body_->Release();
-    }
+    CQELString(const CQELString& other);
+    ~CQELString();
 
     CQELString& operator=(const CQELString& other);
     // `s` may point into this string's own text.
@@ -95,12 +91,12 @@ public:
     char operator[](int index) const;
     char operator[](std::uint64_t index) const;
     // The length in bytes.
-    int Length() const { return body_ ? body_->length_ : 0; }
-    int GetLength() const { return Length(); }
+    int Length() const;
+    int GetLength() const;
     // Whether the length is 0.
-    bool IsEmpty() const { return Length() == 0; }
+    bool IsEmpty() const;
     // Whether there is a body: not empty.
-    bool IsValid() const { return body_ != nullptr; }
+    bool IsValid() const;
     // Whether the text is readable memory; true when empty.
     bool IsValidString() const;
     // Lets go of the text.
@@ -141,8 +137,8 @@ public:
     bool operator==(const CQELString& s) const;
     // An empty string equals null and nothing else: CQELString() == "" is false.
     bool operator==(const char* s) const;
-    bool operator!=(const CQELString& s) const { return !(*this == s); }
-    bool operator!=(const char* s) const { return !(*this == s); }
+    bool operator!=(const CQELString& s) const;
+    bool operator!=(const char* s) const;
     // Multi-byte comparison; false when either side is empty.
     bool operator<(const CQELString& s) const;
     bool operator>(const CQELString& s) const;
@@ -151,11 +147,11 @@ public:
     // the case of letters (of Cyrillic ones only in a locale that has them). An empty string equals
     // null and is below everything else, "" included.
     int Compare(const char* s, bool no_case = false) const;
-    int CompareNoCase(const char* s) const { return Compare(s, true); }
+    int CompareNoCase(const char* s) const;
     // The same by Russian dictionary order. Switches the process's locale for the time of the
     // call: not safe while other threads use the locale.
     int Collate(const char* s, bool no_case = false) const;
-    int CollateNoCase(const char* s) const { return Collate(s, true); }
+    int CollateNoCase(const char* s) const;
 
     // --- Search: byte indexes, -1 when not found; null is never found ----------------------------
 
@@ -294,6 +290,24 @@ public:
 private:
     CQELStringImp* body_;
 };
+
+inline CQELString::CQELStringImp::CQELStringImp(char* text, int length)
+    : text_(text), length_(length) {}
+inline CQELString::CQELString() : body_(nullptr) {}
+inline CQELString::CQELString(const CQELString& other) : body_(other.body_) {
+    if (body_) body_->AddRef();
+}
+inline CQELString::~CQELString() {
+    if (body_) body_->Release();
+}
+inline int CQELString::Length() const { return body_ ? body_->length_ : 0; }
+inline int CQELString::GetLength() const { return Length(); }
+inline bool CQELString::IsEmpty() const { return Length() == 0; }
+inline bool CQELString::IsValid() const { return body_ != nullptr; }
+inline bool CQELString::operator!=(const CQELString& s) const { return !(*this == s); }
+inline bool CQELString::operator!=(const char* s) const { return !(*this == s); }
+inline int CQELString::CompareNoCase(const char* s) const { return Compare(s, true); }
+inline int CQELString::CollateNoCase(const char* s) const { return Collate(s, true); }
 
 // The bits of both.
 inline CQELString::EStripType operator|(CQELString::EStripType a, CQELString::EStripType b) {

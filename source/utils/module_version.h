@@ -57,7 +57,7 @@ public:
     // what is loaded; any other makes the next question read the file. Null is "".
     void SetDllName(const char* path);
     // That path; never null, valid until the next SetDllName.
-    const char* GetDllName() const { return info_.module_name; }
+    const char* GetDllName() const;
 
     // The whole record, or the fixed record as the resource holds it; false leaves it untouched.
     bool GetDllInfo(DLLINFO& info);
@@ -96,7 +96,7 @@ protected:
     bool GetFixedFileInfo();
 
 private:
-    bool IsLoaded() { return loaded_ || GetInfo(); }
+    bool IsLoaded();
     bool GetField(CQELString DLLINFO::*field, CQELString& out);
 
     std::unique_ptr<unsigned char[]> block_;
@@ -106,6 +106,9 @@ private:
     unsigned short code_page_;
     bool loaded_;
 };
+
+inline bool CLibraryInfo::IsLoaded() { return loaded_ || GetInfo(); }
+inline const char* CLibraryInfo::GetDllName() const { return info_.module_name; }
 
 // The same, answering the fixed record by name.
 class QELKIT_API CVersionDll : public CLibraryInfo {

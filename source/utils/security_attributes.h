@@ -24,12 +24,14 @@ public:
     CNullDaclSA& operator=(const CNullDaclSA&) = delete;
 
     // The attributes for a call; they live as long as this object.
-    operator SECURITY_ATTRIBUTES*() { return &attributes_; }
+    operator SECURITY_ATTRIBUTES*();
 
 private:
     SECURITY_ATTRIBUTES attributes_;
     void* descriptor_;
 };
+
+inline CNullDaclSA::operator SECURITY_ATTRIBUTES*() { return &attributes_; }
 
 // An access list with one entry: full access for everyone (S-1-1-0), inherited by what is made
 // inside.
@@ -42,7 +44,7 @@ public:
     CWorldDaclSA& operator=(const CWorldDaclSA&) = delete;
 
     // The attributes for a call; they live as long as this object.
-    operator SECURITY_ATTRIBUTES*() { return &attributes_; }
+    operator SECURITY_ATTRIBUTES*();
 
 private:
     bool Fill();
@@ -52,5 +54,7 @@ private:
     PSID everyone_;
     ACL* list_;
 };
+
+inline CWorldDaclSA::operator SECURITY_ATTRIBUTES*() { return &attributes_; }
 
 }  // namespace QELUtils

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 
 #include "base/cp1251.h"
@@ -140,6 +141,23 @@ TEST_F(ConfigFile, ThrowsOnlyWhenASubclassSaysSo) {
     EXPECT_EQ(6, quiet.ReturnStatus());
     EXPECT_THROW(loud.GetAllSections(&sections_), XQELStatus);
     EXPECT_EQ(5, loud.ReturnStatus());
+}
+
+// What a pointer to a virtual member holds: the offset in the table, plus one.
+template <typename Member>
+std::size_t SlotOf(Member CQELConfigInfoFile::*member) {
+    std::size_t word;
+    std::memcpy(&word, &member, sizeof word);
+    return word / sizeof(void*);
+}
+
+TEST(ConfigFileLayout, KeepsTheOrderOfItsOverloads) {
+    using File = CQELConfigInfoFile;
+    constexpr std::size_t kDestructors = 2;
+    EXPECT_EQ(kDestructors + 0, SlotOf<void(XQELStatus*) const>(&File::ReturnStatus));
+    EXPECT_EQ(kDestructors + 1, SlotOf<int() const>(&File::ReturnStatus));
+    EXPECT_EQ(kDestructors + 2, SlotOf<void(CQELString*)>(&File::ReturnErrMess));
+    EXPECT_EQ(kDestructors + 3, SlotOf<const char*()>(&File::ReturnErrMess));
 }
 
 }  // namespace
