@@ -35,40 +35,15 @@ TEST(IpToLong, AcceptsFourDecimalFields) {
 }
 
 TEST(IpToLong, RejectsEverythingElseAndLeavesTheAddressAlone) {
-    const char* const texts[] = {"",
-                                 ".",
-                                 "1",
-                                 "1.2.3",
-                                 "1.2.3.",
-                                 "1.2.3.4.",
-                                 "1.2.3.4.5",
-                                 "1.2.3.4 ",
-                                 " 1.2.3.4",
-                                 "1. 2.3.4",
-                                 "1..2.3",
-                                 ".1.2.3",
-                                 "256.1.1.1",
-                                 "1.256.1.1",
-                                 "1.1.256.1",
-                                 "1.1.1.256",
-                                 "1.1.1.999",
-                                 "1.1.1.1000",
-                                 "a.b.c.d",
-                                 "0x1.2.3.4",
-                                 "1.2.3.4a",
-                                 "1,2,3,4",
-                                 "-1.2.3.4",
-                                 "+1.2.3.4",
-                                 "1.2.3.4\n",
-                                 "1.2.3.\xB2",
-                                 "1.2.3.4\xFF",
-                                 "1\xB0.2.3.4",
-                                 "1:2.3.4",
-                                 "1.2.3/4",
-                                 "16909060",
-                                 "00256.1.1.1",
-                                 "4294967297.0.0.0",
-                                 "1.2.3.18446744073709551617"};
+    // clang-format off
+    const char* const texts[] = {
+        "", ".", "1", "1.2.3", "1.2.3.", "1.2.3.4.", "1.2.3.4.5", "1..2.3", ".1.2.3", "16909060",
+        "1.2.3.4 ", " 1.2.3.4", "1. 2.3.4", "1.2.3.4\n", "-1.2.3.4", "+1.2.3.4", "0x1.2.3.4",
+        "a.b.c.d", "1.2.3.4a", "1,2,3,4", "1:2.3.4", "1.2.3/4", "1.2.3.\xB2", "1\xB0.2.3.4",
+        "1.2.3.4\xFF", "256.1.1.1", "1.256.1.1", "1.1.256.1", "1.1.1.256", "1.1.1.999",
+        "1.1.1.1000", "00256.1.1.1", "4294967297.0.0.0", "1.2.3.18446744073709551617",
+    };
+    // clang-format on
     for (const char* text : texts) EXPECT_EQ(std::pair(-1, kUntouched), Parse(text)) << text;
     EXPECT_EQ(-1, CQELIpToLong(nullptr, nullptr));
 }
@@ -90,14 +65,12 @@ TEST(IpToLong, ReadsNoByteBehindTheTerminator) {
 TEST(IpToText, WritesEveryOctetAtEveryPlaceInSixteenBytes) {
     for (int place = 0; place < 4; ++place) {
         for (unsigned octet = 0; octet < 256; ++octet) {
-            unsigned octets[] = {10, 200, 0, 3};
-            octets[place] = octet;
-            const ulong32 address = octets[0] << 24 | octets[1] << 16 | octets[2] << 8 | octets[3];
+            unsigned o[] = {10, 200, 0, 3};
+            o[place] = octet;
+            const ulong32 address = o[0] << 24 | o[1] << 16 | o[2] << 8 | o[3];
             char plain[32], padded[32];
-            std::snprintf(plain, sizeof plain, "%u.%u.%u.%u", octets[0], octets[1], octets[2],
-                          octets[3]);
-            std::snprintf(padded, sizeof padded, "%03u.%03u.%03u.%03u", octets[0], octets[1],
-                          octets[2], octets[3]);
+            std::snprintf(plain, 32, "%u.%u.%u.%u", o[0], o[1], o[2], o[3]);
+            std::snprintf(padded, 32, "%03u.%03u.%03u.%03u", o[0], o[1], o[2], o[3]);
             GuardedBuffer buffer(16);
             ASSERT_EQ(buffer.text(), CQELIpToText(buffer.text(), address, 0));
             ASSERT_STREQ(plain, buffer.text());
