@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <shlwapi.h>
-
 #include <atomic>
 #include <cstring>
 #include <memory>
@@ -151,20 +149,6 @@ TEST_F(ComStream, DescribesItself) {
     const ImportPatch refused(kLibrary, "GetFileInformationByHandle", &RefuseInformation);
     EXPECT_EQ(E_FAIL, stream->Stat(&stat, STATFLAG_DEFAULT));
     EXPECT_EQ(nullptr, stat.pwcsName);
-}
-
-TEST_F(ComStream, ServesThePlatformsOwnConsumers) {
-    const std::string bytes = "what the platform copies";
-    const Reference memory(SHCreateMemStream(reinterpret_cast<const BYTE*>(bytes.data()),
-                                             static_cast<UINT>(bytes.size())));
-    const Reference file = Create();
-    ULARGE_INTEGER size = {};
-    EXPECT_EQ(S_OK, memory->CopyTo(file.get(), {.QuadPart = bytes.size()}, nullptr, &size));
-    EXPECT_EQ(bytes, folder_.Read("file"));
-    EXPECT_EQ(S_OK, IStream_Size(file.get(), &size));
-    EXPECT_EQ(bytes.size(), size.QuadPart);
-    EXPECT_EQ(STG_E_INVALIDPOINTER, WriteClassStm(file.get(), CLSID{}))
-        << "a consumer that leaves out the count is refused";
 }
 
 std::atomic<int> inside;

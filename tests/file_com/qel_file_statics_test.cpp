@@ -44,11 +44,7 @@ TEST_F(FileStatics, AnswerQuestionsAboutPaths) {
     const auto volume = [](const char* path) { return CQELFile::CheckVolume(path); };
     const auto extended = [](const char* path) { return CQELFile::IsExistsEx(path); };
     const auto is_folder = [](const char* path) { return CQELFile::IsFolder(path); };
-    const struct {
-        std::function<bool(const char*)> ask;
-        std::string path;
-        bool answer;
-    } cases[] = {
+    const std::tuple<std::function<bool(const char*)>, std::string, bool> cases[] = {
         {allows(0), "there.txt", true},
         {allows(4), "there.txt", true},
         {allows(2), "there.txt", false},  // read-only
@@ -69,9 +65,9 @@ TEST_F(FileStatics, AnswerQuestionsAboutPaths) {
         {is_folder, "", false},
     };
     const WorkingFolder here(folder_.path());
-    for (const auto& c : cases) {
-        EXPECT_EQ(c.answer, c.ask(c.path.c_str())) << &c - cases << " " << c.path;
-        EXPECT_FALSE(c.ask(nullptr));
+    for (const auto& [ask, path, answer] : cases) {
+        EXPECT_EQ(answer, ask(path.c_str())) << path;
+        EXPECT_FALSE(ask(nullptr));
     }
 }
 
@@ -88,11 +84,7 @@ TEST_F(FileStatics, ExistenceIsJudgedByTheErrorOfTheAccessCheck) {
     EXPECT_FALSE(CQELFile::IsExists(Path("missing").c_str()));
     EXPECT_FALSE(CQELFile::IsExists(static_cast<const char*>(nullptr)));
     const ImportPatch refused(kLibrary, "_access", &RefuseAccess);
-    const struct {
-        int error_number;
-        std::string path;
-        bool exists;
-    } cases[] = {
+    const std::tuple<int, std::string, bool> cases[] = {
         {EACCES, Path("missing"), true},
         {ENOENT, Path("there.txt"), false},
         {EINVAL, "  " + Path("there.txt\\") + " ", true},
@@ -102,10 +94,10 @@ TEST_F(FileStatics, ExistenceIsJudgedByTheErrorOfTheAccessCheck) {
         {EINVAL, Path("there.*"), true},
         {EINVAL, "   ", false},
     };
-    for (const auto& c : cases) {
-        access_errno = c.error_number;
-        EXPECT_EQ(c.exists, CQELFile::IsExists(c.path.c_str())) << c.error_number << " " << c.path;
-        EXPECT_EQ(c.exists, CQELFile::IsExists(CQELString(c.path.c_str()))) << c.path;
+    for (const auto& [error_number, path, exists] : cases) {
+        access_errno = error_number;
+        EXPECT_EQ(exists, CQELFile::IsExists(path.c_str())) << error_number << " " << path;
+        EXPECT_EQ(exists, CQELFile::IsExists(CQELString(path.c_str()))) << path;
     }
 }
 
@@ -185,27 +177,22 @@ TEST_F(FileStatics, RemoveExTakesReadOnlyHiddenAndSystemFilesToo) {
 
 // --- Attributes and lengths -----------------------------------------------------------------------
 
-TEST_F(FileStatics, AttributesAreThoseOfTheSystem) {
-    const std::string path = folder_.Write("file", "x"), missing = Path("missing");
+TEST_F(FileStatics, AttributesAndLengthsAreThoseOfTheSystem) {
+    const std::string path = Path("file"), missing = Path("missing");
+    CQELFile writer(path.c_str(), "wb", kRecord);
+    writer.Write("12345", 5);
+    writer.Flush();
     EXPECT_TRUE(CQELFile::Attributes(path.c_str(), FILE_ATTRIBUTE_HIDDEN, status_));
     EXPECT_EQ(GetFileAttributesA(path.c_str()), CQELFile::Attributes(path.c_str(), status_));
     EXPECT_TRUE(GetFileAttributesA(path.c_str()) & FILE_ATTRIBUTE_HIDDEN);
+    EXPECT_EQ(5u, CQELFile::Length(path.c_str(), status_)) << "while others write it";
     EXPECT_FALSE(status_.IsError());
     EXPECT_EQ(0xFFFFFFFF, CQELFile::Attributes(missing.c_str(), status_));
     ExpectFailure(status_, 41, 0, missing);
-    status_.Clear();
+    EXPECT_EQ(0xFFFFFFFF, CQELFile::Length(missing.c_str(), status_));
+    ExpectFailure(status_, 17, ENOENT, missing);
     EXPECT_FALSE(CQELFile::Attributes(missing.c_str(), FILE_ATTRIBUTE_NORMAL, status_));
     ExpectFailure(status_, 41, 0, missing);
-}
-
-TEST_F(FileStatics, LengthReadsAFileThatOthersWrite) {
-    CQELFile writer(Path("file").c_str(), "wb", kRecord);
-    writer.Write("12345", 5);
-    writer.Flush();
-    EXPECT_EQ(5u, CQELFile::Length(Path("file").c_str(), status_));
-    EXPECT_FALSE(status_.IsError());
-    EXPECT_EQ(0xFFFFFFFF, CQELFile::Length(Path("missing").c_str(), status_));
-    ExpectFailure(status_, 17, ENOENT, Path("missing"));
     EXPECT_EQ(0xFFFFFFFF, CQELFile::Length(nullptr, status_));
 }
 
@@ -249,16 +236,15 @@ TEST_F(FileStatics, FileLengthOnDiskIsThatOfCompressedFilesOnly) {
 class TemporaryFolder {
 public:
     explicit TemporaryFolder(const std::string& path) {
-        has_before_ = GetEnvironmentVariableA("TMP", before_, sizeof before_) > 0;
+        GetEnvironmentVariableA("TMP", before_, sizeof before_);
         SetEnvironmentVariableA("TMP", path.c_str());
     }
-    ~TemporaryFolder() { SetEnvironmentVariableA("TMP", has_before_ ? before_ : nullptr); }
+    ~TemporaryFolder() { SetEnvironmentVariableA("TMP", *before_ ? before_ : nullptr); }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
 private:
-    char before_[MAX_PATH];
-    bool has_before_;
+    char before_[MAX_PATH] = "";
 };
 
 TEST_F(FileStatics, MakesTemporaryFilesOrThrows) {
@@ -346,21 +332,16 @@ TEST(FileNames, NormalizesToTheFullPathWithSingleBackslashes) {
 }
 
 TEST(FileNames, NormalizingKeepsToTheRoomOfTheBuffer) {
-    const struct {
-        std::string given;
-        std::size_t room;
-        int size;
-        std::string result;
-    } cases[] = {
+    const std::tuple<std::string, std::size_t, int, std::string> cases[] = {
         {"x\\\\y", 5, 5, "x\\y"},                          // the full path has no room
         {"C:/a", 5, 5, "C:\\a"},  {"abcd", 4, 4, "abcd"},  // without an end
         {"..", 3, 0, ".."},       {"..", 3, -1, ".."},
     };
-    for (const auto& c : cases) {
-        GuardedBuffer buffer(c.given.c_str(), c.room);
-        EXPECT_TRUE(CQELFile::NormalizeFileName(buffer.text(), c.size));
-        EXPECT_EQ(c.result, std::string(buffer.text(), c.result.size()));
-        EXPECT_TRUE(c.result.size() == c.room || buffer.text()[c.result.size()] == '\0');
+    for (const auto& [given, room, size, result] : cases) {
+        GuardedBuffer buffer(given.c_str(), room);
+        EXPECT_TRUE(CQELFile::NormalizeFileName(buffer.text(), size));
+        EXPECT_EQ(result, std::string(buffer.text(), result.size()));
+        EXPECT_TRUE(result.size() == room || buffer.text()[result.size()] == '\0');
     }
     EXPECT_TRUE(CQELFile::NormalizeFileName(nullptr, 10));
 }
