@@ -129,13 +129,15 @@ void Ask(benchmark::State& state, const Input& in) {
 // The literal form stands behind a call, as the functions of a library do.
 template <auto List, auto Work>
 void ChangeLiterally(benchmark::State& state, const Input& in) {
-    Change<List, [](auto& list, const Input& input) __attribute__((noinline)) {
+    Change < List, [](auto& list, const Input& input) __attribute__((noinline)) {
         Work(list, input);
-    }>(state, in);
+    }
+    > (state, in);
 }
 template <auto Work>
 void AskLiterally(benchmark::State& state, const Input& in) {
-    Ask<[](const Input& input) __attribute__((noinline)) { return Work(input); }>(state, in);
+    Ask < [](const Input& input) __attribute__((noinline)) { return Work(input); }
+    > (state, in);
 }
 
 // --- The peers' ways to ask for many addresses -------------------------------------------------------
