@@ -15,6 +15,17 @@ if(runtime_dlls)
   install(FILES ${runtime_dlls} DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 
+# Visual C++ reaches the C functions of a mingw build through an import library of its own kind.
+find_program(QELKIT_DLLTOOL llvm-dlltool)
+if(MINGW AND QELKIT_DLLTOOL)
+  set(definition "${PROJECT_SOURCE_DIR}/source/report/table_builder_c.def")
+  set(import_library "${PROJECT_BINARY_DIR}/QELKIT2_64.lib")
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${definition}")
+  execute_process(COMMAND_ERROR_IS_FATAL ANY
+    COMMAND "${QELKIT_DLLTOOL}" -m i386:x86-64 -d "${definition}" -l "${import_library}")
+  install(FILES "${definition}" "${import_library}" DESTINATION ${CMAKE_INSTALL_LIBDIR})
+endif()
+
 install(EXPORT qelkit2Targets NAMESPACE qelkit2:: DESTINATION ${config_folder})
 configure_package_config_file("${CMAKE_CURRENT_LIST_DIR}/qelkit2Config.cmake.in"
   "${PROJECT_BINARY_DIR}/qelkit2Config.cmake"

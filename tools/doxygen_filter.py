@@ -17,7 +17,7 @@ SECTION = re.compile(r"^---+ (.*?) -*$")
 ROW = re.compile(r"^ {2,3}(\S(?:.*?\S)?) {2,}(\S.*)$")
 NAME = re.compile(r"^\*?(\w+)$")
 CONTAINER = re.compile(r'^(template\s*<.*>\s*)?(class|struct|union|enum|namespace|extern\s+0)(\s|$)')
-SPECIAL = re.compile(r"([\\@<>&#%$*])")
+SPECIAL = re.compile(r"([\\@<>&#%$\"])")
 
 
 def escape(text):

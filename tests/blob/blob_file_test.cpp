@@ -76,6 +76,8 @@ TEST_F(BlobFile, EndsForBlobsWhereItStillBeginsForBitBlobs) {
         EXPECT_EQ(offset == 11 ? "0" : "0old", Read<CQELCryptBitBlob>(file, offset)) << offset;
         EXPECT_EQ("0old", Read<IdentObj>(closed, offset)) << offset;
     }
+    // A count greater than what is behind the offset, but not than the whole file.
+    EXPECT_EQ("0old", Read<IdentObj>(Open("__" + FromHex("09 00 00 00") + "abcd"), 2));
 }
 
 TEST_F(BlobFile, IsWrittenAtAnOffsetAndAtThePosition) {

@@ -6,7 +6,6 @@
 #include <tuple>
 #include <utility>
 
-#include "base/byte_order.h"
 #include "support/formats_page.h"
 #include "support/guarded_buffer.h"
 #include "support/hex_bytes.h"
@@ -64,20 +63,6 @@ TEST(CompressMemory, MethodTwoWritesOnlyTheHeader) {
     EXPECT_EQ(1, IsMemoryCompressed(container.data(), 30));
     EXPECT_EQ(0, DecompressMemory(container.data(), container.data(), &size));
     EXPECT_EQ(0, DecompressMemory2(container.data(), container.data(), &size, nullptr));
-}
-
-TEST(CompressMemory, FailsOnNullPointers) {
-    unsigned char bytes[64] = {};
-    ulong32 size = sizeof bytes;
-    EXPECT_EQ(0, CompressMemory(nullptr, 31, bytes, &size, 1));
-    EXPECT_EQ(0, CompressMemory(bytes, 31, nullptr, &size, 1));
-    EXPECT_EQ(0, CompressMemory2(bytes, 31, bytes, nullptr, nullptr));
-    EXPECT_EQ(0, DecompressMemory(nullptr, bytes, &size));
-    EXPECT_EQ(0, DecompressMemory2(nullptr, bytes, &size, nullptr));
-    std::string container = kContainer;
-    EXPECT_EQ(0, DecompressMemory(container.data(), nullptr, &size));
-    EXPECT_EQ(0, DecompressMemory(container.data(), bytes, nullptr));
-    EXPECT_EQ(sizeof bytes, size);
 }
 
 TEST(IsMemoryCompressed, WantsOneHeaderWhoseSizesMakeUpTheLength) {
@@ -167,9 +152,22 @@ private:
     unsigned char method_;
 };
 
+TEST(DecompressMemory, FailsOnNullPointersAsCompressMemoryDoes) {
+    unsigned char bytes[64] = {};
+    ulong32 size = sizeof bytes;
+    EXPECT_EQ(0, CompressMemory(nullptr, 31, bytes, &size, 1));
+    EXPECT_EQ(0, CompressMemory(bytes, 31, nullptr, &size, 1));
+    EXPECT_EQ(0, CompressMemory2(bytes, 31, bytes, nullptr, nullptr));
+    EXPECT_EQ(0, DecompressMemory2(nullptr, bytes, &size, nullptr));
+    EXPECT_EQ(0, DecompressMemory(nullptr, bytes, &size));
+    EXPECT_EQ(0, DecompressMemory(kContainer.data(), nullptr, &size));
+    EXPECT_EQ(0, DecompressMemory(kContainer.data(), bytes, nullptr));
+    EXPECT_EQ(sizeof bytes, size);
+}
+
 TEST(CompressMemory2, AsksTheCallbackForItsMethod) {
+    // By method: what packing and unpacking give, and the calls.
     const std::tuple<int, int, ulong32, int, ulong32, const char*> cases[] = {
-        // method, packing and its size, unpacking and its size, calls
         {1, 1, 30, 1, 31, "m"},
         {2, 1, 30, 0, 77, "m"},
         {0, -17, 55, -18, 66, "mcd"},

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <random>
 #include <string>
 
@@ -12,8 +13,6 @@
 namespace {
 
 using Random = std::mt19937;  // its numbers are the same everywhere
-
-unsigned char* Bytes(std::string& text) { return reinterpret_cast<unsigned char*>(text.data()); }
 
 struct Kind {
     const char* name;
@@ -56,48 +55,42 @@ std::string Sample(const Kind& kind, std::size_t size, Random& random) {
     return text;
 }
 
-// Both encoders with this room; the destinations, parts behind the output included, are the same.
-// Returns the stream, empty when the room did not suffice.
-std::string CompressBoth(std::string text, unsigned int room) {
-    GuardedBuffer expected(room);
-    GuardedBuffer packed(room);
+using TextbookCoder = decltype(textbook::Compress);
+
+// Both coders with this room; the destinations, parts behind the output included, are the same.
+// Returns what they made, empty when the room did not suffice.
+std::string Both(TextbookCoder* textbook, decltype(LzCompress)* ours, std::string from,
+                 unsigned int room, unsigned int spare) {
+    GuardedBuffer source(from.data(), from.size()), expected(room + spare), made(room + spare);
     std::uint32_t expected_size = room;
     unsigned int size = room;
-    const auto length = static_cast<unsigned int>(text.size());
-    const int result = textbook::Compress(Bytes(text), length, expected.data(), &expected_size);
-    EXPECT_EQ(result, LzCompress(Bytes(text), length, packed.data(), &size));
+    const auto length = static_cast<unsigned int>(from.size());
+    const int result = textbook(source.data(), length, expected.data(), &expected_size);
+    EXPECT_EQ(result, ours(source.data(), length, made.data(), &size));
     EXPECT_EQ(expected_size, size);
-    EXPECT_TRUE(std::equal(expected.data(), expected.data() + room, packed.data()));
-    return result == 0 && length > 0 ? std::string(packed.text(), size) : "";
+    EXPECT_EQ(0, std::memcmp(expected.data(), made.data(), room + spare));
+    return result == 0 && length > 0 ? std::string(made.text(), size) : "";
 }
 
-// Both decoders with this room, likewise. Returns the text, empty when the room did not suffice.
-std::string DecompressBoth(const std::string& stream, unsigned int room) {
-    GuardedBuffer source(stream.data(), stream.size());
-    GuardedBuffer expected(room + 1);
-    GuardedBuffer text(room + 1);
-    std::uint32_t expected_size = room;
-    unsigned int size = room;
-    const auto length = static_cast<unsigned int>(stream.size());
-    const int result = textbook::Decompress(source.data(), length, expected.data(), &expected_size);
-    EXPECT_EQ(result, LzDecompress(source.data(), length, text.data(), &size));
-    EXPECT_EQ(expected_size, size);
-    EXPECT_TRUE(std::equal(expected.data(), expected.data() + room + 1, text.data()));
-    return result == 0 ? std::string(text.text(), size) : "";
+std::string CompressBoth(const std::string& text, std::size_t room) {
+    return Both(textbook::Compress, LzCompress, text, static_cast<unsigned int>(room), 0);
 }
 
-unsigned int WorstCase(std::size_t size) { return static_cast<unsigned int>(size + size / 8 + 1); }
+std::string DecompressBoth(const std::string& stream, std::size_t room) {
+    return Both(textbook::Decompress, LzDecompress, stream, static_cast<unsigned int>(room), 1);
+}
+
+std::size_t WorstCase(std::size_t size) { return size + size / 8 + 1; }
 
 void CheckSample(const Kind& kind, std::size_t size, Random& random) {
     SCOPED_TRACE(std::string(kind.name) + ", " + std::to_string(size) + " bytes");
     const std::string text = Sample(kind, size, random);
     const std::string stream = CompressBoth(text, WorstCase(size));
-    CompressBoth(text, static_cast<unsigned int>(random() % (stream.size() + 1)));
-    EXPECT_EQ(text, DecompressBoth(stream, static_cast<unsigned int>(size)));
-    DecompressBoth(stream, static_cast<unsigned int>(size + random() % 300));
-    DecompressBoth(stream, static_cast<unsigned int>(random() % (size + 1)));
-    DecompressBoth(text,
-                   static_cast<unsigned int>(random() % (4 * size + 1)));  // any bytes will do
+    CompressBoth(text, random() % (stream.size() + 1));
+    EXPECT_EQ(text, DecompressBoth(stream, size));
+    DecompressBoth(stream, size + random() % 300);
+    DecompressBoth(stream, random() % (size + 1));
+    DecompressBoth(text, random() % (4 * size + 1));  // any bytes will do
 }
 
 TEST(LzTextbook, AgreesOnEveryShortLength) {
@@ -125,7 +118,7 @@ TEST(LzTextbook, AgreesOnLongSamplesOfMixedKinds) {
         text += Sample(kKinds[random() % std::size(kKinds)], 1 + random() % 9000, random);
     }
     const std::string stream = CompressBoth(text, WorstCase(text.size()));
-    EXPECT_EQ(text, DecompressBoth(stream, static_cast<unsigned int>(text.size())));
+    EXPECT_EQ(text, DecompressBoth(stream, text.size()));
 }
 
 // A stream cut anywhere is still a stream.

@@ -46,7 +46,8 @@ TEST(OptionBlobMemory, AddsAnEmptyOptionOrNoneAndBuildsNoBlob) {
 
 // The generous block cannot be had, the one that just suffices can.
 TEST(OptionBlobMemory, TriesASmallerBlock) {
+    const unsigned char blob[18] = {0, 0, 0, 0, 10};
     const failing_memory::After limit(1, /*failing_first=*/1);
-    CQelOpts options(kData.data(), 15);
-    EXPECT_EQ(8u, options.GetLength());
+    CQelOpts options(blob, sizeof blob);
+    EXPECT_EQ(18u, options.GetLength());
 }

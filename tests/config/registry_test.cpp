@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "base/cp1251.h"
 #include "platform/handles.h"
@@ -112,12 +113,19 @@ TEST_F(Registry, EndsTextsWhereThereIsRoom) {
         const char* name;
         int room, result;
         std::string bytes;
-    } cases[] = {{"text", 2, 0, ""},  {"text", 3, 1, "abc"}, {"text", 4, 1, std::string("abc", 4)},
-                 {"list", 1, 0, ""},  {"list", 2, 1, "ab"},  {"list", 3, 1, std::string("ab", 3)},
-                 {"list", -1, 0, ""}, {"none", 9, 0, ""}};
+    } cases[] = {{"text", 2, 0, ""},
+                 {"text", 3, 1, "abc"},
+                 {"text", 4, 1, std::string("abc", 4)},
+                 {"list", 1, 0, ""},
+                 {"list", 2, 1, "ab"},
+                 {"list", 3, 1, std::string("ab", 3)},
+                 {"list", 4, 1, std::string("ab\0", 4)},
+                 {"list", -1, 0, ""},
+                 {"none", 9, 0, ""}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name + std::to_string(c.room));
-        GuardedBuffer buffer(c.room > 0 ? static_cast<std::size_t>(c.room) : 0);
+        const std::string filled(c.room > 0 ? static_cast<std::size_t>(c.room) : 0, '~');
+        GuardedBuffer buffer(filled.data(), filled.size());
         ASSERT_EQ(c.result, key_.GetValue(c.name, buffer.text(), c.room));
         EXPECT_EQ(c.bytes, std::string(buffer.text(), c.result ? buffer.size() : 0));
     }
@@ -229,6 +237,9 @@ TEST_F(Registry, CopiesBecomeEqualAndKeepOrLoseTheRest) {
     EXPECT_TRUE(to.GetValuesCount() == 6 && Has("to\\surplus\\deep"));
     to = from;
     EXPECT_TRUE(to.GetValuesCount() == 5 && !Has("to\\surplus"));
+    third.SetValue("type", "text");
+    third.CleanNotExisted(from);
+    EXPECT_EQ(0, third.GetValuesCount()) << "it was of another type";
     third = from;  // in the same order, from nothing
     EXPECT_EQ(Dump(from), Dump(third));
 
@@ -238,13 +249,18 @@ TEST_F(Registry, CopiesBecomeEqualAndKeepOrLoseTheRest) {
               Failure([&] { read_only.Copy(from); }));
 }
 
-LSTATUS WINAPI Deny(HKEY, const char*, DWORD, REGSAM, HKEY*) { return ERROR_ACCESS_DENIED; }
+bool denies_next;
+LSTATUS WINAPI DenyOnce(HKEY key, const char* name, DWORD options, REGSAM rights, HKEY* opened) {
+    if (std::exchange(denies_next, false)) return ERROR_ACCESS_DENIED;
+    return RegOpenKeyExA(key, name, options, rights, opened);
+}
 
 TEST_F(Registry, KeepsWhatItMayNotLookUpInTheSource) {
     auto from = Make("from"), to = Make("to");
     Make("from\\k");
     Make("to\\k");
-    const ImportPatch open(kLibrary, "RegOpenKeyExA", Deny);
+    const ImportPatch open(kLibrary, "RegOpenKeyExA", DenyOnce);
+    denies_next = true;
     EXPECT_EQ(0u, Failure([&] { to.CleanNotExisted(from); }).find("5 Cannot open"));
     EXPECT_EQ(1, to.GetSubKeysCount());
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "datetime/day_count.h"
 
@@ -43,58 +44,52 @@ long32 ToUnix(const Reading& r, const kit::DosZone& zone) {
     return kit::DosToUnix(d, t, zone);
 }
 
+// "name seconds west/name of summer time"
+std::string Zoned(const char* text) {
+    const kit::DosZone zone = Zone(text);
+    EXPECT_EQ(zone.has_summer_time, *zone.summer_name != '\0');
+    return std::string(zone.standard_name) + " " + std::to_string(zone.seconds_west) + "/" +
+           zone.summer_name;
+}
+
+// Minutes are ignored; the last has 2^31 - 1 hours, whose seconds wrap around.
 TEST(DosZone, TakesLettersHoursAndTheNameOfSummerTime) {
-    const struct {
-        const char* text;
-        std::int32_t seconds_west;
-        const char* standard;
-        const char* summer;  // null: none
-    } cases[] = {
-        {"EST5EDT", 18000, "EST", "EDT"},
-        {"EST+5EDT", 18000, "EST", "EDT"},
-        {"UTC0", 0, "UTC", nullptr},
-        {"MSK-3", -10800, "MSK", nullptr},
-        {"NPT-5:45", -18000, "NPT", nullptr},  // minutes are ignored
-        {"NFT3:30NDT", 10800, "NFT", "NDT"},   // and skipped
-        {"MSK-3MSD,M3.5.0,M10.5.0", -10800, "MSK", "MSD"},
-        {"EST5ED", 18000, "EST", nullptr},                   // two letters are no name
-        {"EST5E1DT", 18000, "EST", nullptr},                 // the first letter decides
-        {"AAA99999999999999999999", -3600, "AAA", nullptr},  // (2^31 - 1) hours, modulo 2^32 s
+    const std::pair<const char*, const char*> cases[] = {
+        {"EST5EDT", "EST 18000/EDT"},
+        {"EST+5EDT", "EST 18000/EDT"},
+        {"UTC0", "UTC 0/"},
+        {"MSK-3", "MSK -10800/"},
+        {"NPT-5:45", "NPT -18000/"},
+        {"NFT3:30NDT", "NFT 10800/NDT"},
+        {"MSK-3MSD,M3.5.0,M10.5.0", "MSK -10800/MSD"},
+        {"EST5ED", "EST 18000/"},
+        {"EST5E1DT", "EST 18000/"},
+        {"AAA99999999999999999999", "AAA -3600/"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        const kit::DosZone zone = Zone(c.text);
-        EXPECT_EQ(c.seconds_west, zone.seconds_west);
-        EXPECT_STREQ(c.standard, zone.standard_name);
-        EXPECT_EQ(c.summer != nullptr, zone.has_summer_time);
-        EXPECT_STREQ(c.summer ? c.summer : "", zone.summer_name);
-    }
+    for (const auto& [text, zone] : cases) EXPECT_EQ(zone, Zoned(text)) << text;
 }
 
 TEST(DosZone, IsEasternTimeWhenTheTextHasAnotherForm) {
-    for (const char* text :
-         {"", "U", "UT", "UTC", "ES15", "1ST5", "EST+", "EST-", "EST+X5", "EST--5", "EST 5",
-          "EST:5", "EST+ 5", "Etc/UTC", "Europe/Moscow", "<+03>-3", "\xCC\xD1\xCA-3"}) {
-        const kit::DosZone zone = Zone(text);
-        EXPECT_EQ(18000, zone.seconds_west) << text;
-        EXPECT_STREQ("EST", zone.standard_name) << text;
-        EXPECT_STREQ("EDT", zone.summer_name) << text;
+    for (const char* text : {static_cast<const char*>(nullptr), "", "U", "UT", "UTC", "ES15",
+                             "1ST5", "EST+", "EST-", "EST+X5", "EST--5", "EST 5", "EST:5", "EST+ 5",
+                             "Etc/UTC", "Europe/Moscow", "<+03>-3", "\xCC\xD1\xCA-3"}) {
+        EXPECT_EQ("EST 18000/EDT", Zoned(text)) << (text ? text : "(null)");
     }
-    EXPECT_STREQ("EDT", Zone(nullptr).summer_name);
 }
 
 enum Direction { kBothWays, kToUnix, kFromUnix };
 
+struct Moment {
+    const char* zone;
+    Reading reading;
+    long32 seconds;
+    Direction direction = kBothWays;
+};
+
 TEST(DosCalendar, TurnsLocalReadingsIntoSecondsAndBack) {
-    const struct {
-        const char* zone;
-        Reading reading;
-        long32 seconds;
-        Direction direction = kBothWays;
-    } cases[] = {
+    const Moment moments[] = {
         {"UTC0", {1981, 1, 1, 0, 0, 0}, 347155200},
         {"UTC0", {2001, 9, 9, 1, 46, 40}, 1000000000},
-        {"UTC0", {2038, 1, 19, 3, 14, 7}, kLast},
         {"AAA12", {2038, 1, 18, 15, 14, 7}, kLast},
         {"UTC0", {2038, 1, 19, 3, 14, 8}, kFirst, kToUnix},     // wraps around
         {"UTC0", {1901, 12, 13, 20, 45, 52}, kFirst, kToUnix},  // the same from the other side
@@ -103,9 +98,7 @@ TEST(DosCalendar, TurnsLocalReadingsIntoSecondsAndBack) {
         {"UTC0", {2001, 13, 1, 0, 0, 0}, 1009843200, kToUnix},   // 1 January 2002
         {"UTC0", {2001, 100, 1, 0, 0, 0}, 1009843200, kToUnix},  // as any month above 12
         {"MSK-3", {2000, 1, 1, 3, 0, 0}, 946684800},
-        {"", {1980, 1, 1, 0, 0, 0}, 315550800},            // five hours west
-        {"EST5EDT", {2005, 1, 15, 12, 0, 0}, 1105808400},  // 17:00 UTC
-        {"EST5EDT", {2005, 7, 4, 12, 0, 0}, 1120492800},   // 16:00 UTC
+        {"", {1980, 1, 1, 0, 0, 0}, 315550800},  // five hours west
         {"EST5EDT", {2005, 4, 3, 1, 59, 59}, 1112511599},
         {"EST5EDT", {2005, 4, 3, 2, 0, 0}, 1112508000, kToUnix},  // an hour that no clock shows
         {"EST5EDT", {2005, 4, 3, 3, 0, 0}, 1112511600},
@@ -113,14 +106,10 @@ TEST(DosCalendar, TurnsLocalReadingsIntoSecondsAndBack) {
         {"EST5EDT", {2005, 10, 30, 2, 30, 0}, 1130653800, kFromUnix},  // still before 2 in winter
         {"EST5EDT", {2005, 10, 30, 2, 0, 0}, 1130655600},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.zone << ' ' << Text(c.reading));
-        if (c.direction != kFromUnix) {
-            EXPECT_EQ(c.seconds, ToUnix(c.reading, Zone(c.zone)));
-        }
-        if (c.direction != kToUnix) {
-            EXPECT_EQ(Text(c.reading), FromUnix(c.seconds, Zone(c.zone)));
-        }
+    for (const auto& [zone, reading, seconds, direction] : moments) {
+        SCOPED_TRACE(testing::Message() << zone << ' ' << Text(reading));
+        EXPECT_TRUE(direction == kFromUnix || seconds == ToUnix(reading, Zone(zone)));
+        EXPECT_TRUE(direction == kToUnix || Text(reading) == FromUnix(seconds, Zone(zone)));
     }
 }
 
@@ -142,38 +131,26 @@ bool IsSwitchDay(const DayCount& day) {
     return (day.month == 4 || day.month == 10) && day.IsSundayWithin(length - 6, length);
 }
 
-TEST(DosCalendar, AgreesWithCountingDayByDay) {
-    const kit::DosZone utc = Zone("UTC0");
-    DayCount day;
-    for (day.GoTo(1980); day.year < 2038; day.Next()) {
-        const int second = day.since_1970 * 7919 % 86400;
-        const Reading reading = {day.year,      day.month,        day.day,
-                                 second / 3600, second / 60 % 60, second % 60};
-        const auto seconds = static_cast<long32>(day.since_1970 * 86400LL + second);
-        ASSERT_EQ(seconds, ToUnix(reading, utc)) << day.year << '-' << day.month << '-' << day.day;
-        ASSERT_EQ(Text(reading), FromUnix(seconds, utc));
-    }
-}
-
 // Noon, standard time, is 13:00 by the clock from one Sunday to the other. Of leap years the two
 // Sundays themselves are left open.
 TEST(DosCalendar, KeepsSummerTimeBetweenTheTwoSundays) {
-    const kit::DosZone eastern = Zone("EST5EDT");
+    const kit::DosZone utc = Zone("UTC0"), eastern = Zone("EST5EDT");
     bool summer = false;
-    int switches = 0;
     DayCount day;
     for (day.GoTo(1980); day.year < 2038; day.Next()) {
-        if (IsSwitchDay(day)) {
-            summer = day.month == 4;
-            ++switches;
-            if (day.IsLeap()) continue;
-        }
-        const Reading reading = {day.year, day.month, day.day, summer ? 13 : 12, 0, 0};
-        const auto seconds = static_cast<long32>(day.since_1970 * 86400LL + 17 * 3600);
-        ASSERT_EQ(seconds, ToUnix(reading, eastern)) << Text(reading);
-        ASSERT_EQ(Text(reading), FromUnix(seconds, eastern));
+        const auto midnight = static_cast<long32>(day.since_1970 * 86400LL);
+        const int second = day.since_1970 * 7919 % 86400;
+        Reading reading = {day.year,      day.month,        day.day,
+                           second / 3600, second / 60 % 60, second % 60};
+        ASSERT_EQ(midnight + second, ToUnix(reading, utc)) << Text(reading);
+        ASSERT_EQ(Text(reading), FromUnix(midnight + second, utc));
+
+        if (IsSwitchDay(day)) summer = day.month == 4;
+        if (IsSwitchDay(day) && day.IsLeap()) continue;
+        reading = {day.year, day.month, day.day, summer ? 13 : 12, 0, 0};
+        ASSERT_EQ(midnight + 17 * 3600, ToUnix(reading, eastern)) << Text(reading);
+        ASSERT_EQ(Text(reading), FromUnix(midnight + 17 * 3600, eastern));
     }
-    EXPECT_EQ(2 * 58, switches);
 }
 
 }  // namespace

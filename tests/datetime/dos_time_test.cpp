@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <string>
+#include <tuple>
 
 #include "datetime/qel_date.h"
 #include "datetime/qel_time.h"
@@ -21,22 +22,19 @@ private:
 };
 
 TEST_F(DosTime, FollowsTheEnvironmentAtEveryCall) {
-    const struct {
-        const char* zone;
-        long32 new_year_1980;
-        int hours;  // of 1 January 2000, 12:00 UTC
-    } cases[] = {
+    // The new year of 1980, and the hour of 1 January 2000, 12:00 UTC.
+    const std::tuple<const char*, long32, int> cases[] = {
         {"", 315550800, 7},        {"UTC0", 315532800, 12},    {"MSK-3", 315522000, 15},
         {"PST8PDT", 315561600, 4}, {"nonsense", 315550800, 7},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.zone);
-        SetZone(c.zone);
+    for (const auto& [zone, new_year, hours] : cases) {
+        SCOPED_TRACE(zone);
+        SetZone(zone);
         struct date d = {1980, 1, 1};
         struct time t = {};
-        EXPECT_EQ(c.new_year_1980, dostounix(&d, &t));
+        EXPECT_EQ(new_year, dostounix(&d, &t));
         unixtodos(946728000, &d, &t);
-        EXPECT_EQ(c.hours, t.hours);
+        EXPECT_EQ(hours, t.hours);
         EXPECT_EQ(2000, d.year);
     }
 }

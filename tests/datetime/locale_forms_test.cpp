@@ -2,18 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace {
 
 TEST(OldPlatform, IsNtBeforeVersion5) {
-    const struct {
-        DWORD platform, major;
-        bool old;
-    } cases[] = {{2, 4, true}, {2, 3, true}, {2, 5, false}, {2, 10, false}, {1, 4, false}};
-    for (const auto& c : cases) {
+    const std::tuple<DWORD, DWORD, bool> cases[] = {
+        {2, 4, true}, {2, 3, true}, {2, 5, false}, {2, 10, false}, {1, 4, false}};
+    for (const auto& [platform, major, old] : cases) {
         OSVERSIONINFOA version = {};
-        version.dwPlatformId = c.platform;
-        version.dwMajorVersion = c.major;
-        EXPECT_EQ(c.old, kit::IsOldPlatform(version)) << c.platform << ", " << c.major;
+        version.dwPlatformId = platform;
+        version.dwMajorVersion = major;
+        EXPECT_EQ(old, kit::IsOldPlatform(version)) << platform << ", " << major;
     }
 }
 
@@ -29,12 +29,9 @@ TEST(OldPlatform, GetsMonthAndYearFromAPictureOfOurOwn) {
 }
 
 TEST(Language, HasAnIdForEachOfSixTags) {
-    const struct {
-        const char* tag;
-        int id;
-    } cases[] = {{"RUS", 0}, {"ENU", 1},  {"ENI", 2},   {"DEU", 3}, {"ESP", 4},
-                 {"FRA", 5}, {"rus", -1}, {"RUSS", -1}, {"", -1},   {"ITA", -1}};
-    for (const auto& c : cases) EXPECT_EQ(c.id, kit::LanguageId(c.tag)) << c.tag;
+    const char* const tags[] = {"RUS", "ENU", "ENI", "DEU", "ESP", "FRA"};
+    for (int id = 0; id < 6; ++id) EXPECT_EQ(id, kit::LanguageId(tags[id]));
+    for (const char* tag : {"rus", "RUSS", "", "ITA"}) EXPECT_EQ(-1, kit::LanguageId(tag)) << tag;
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <string>
+#include <utility>
 
 #include "datetime/ordering.h"
 #include "support/code_page.h"
@@ -44,9 +45,7 @@ TEST(TimeSpan, FillsInPictures) {
     const CTimeSpan span(1, 2, 3, 4, 5);
     const std::string lead_byte = "\x81%D";  // one character of code page 932, then "D"
     const MultiByteCodePage japanese(932);
-    const struct {
-        std::string picture, text;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"%D days %H:%M:%S.%m", "1 days 02:03:04.005"},
         {"", ""},
         {"100%", "100"},
@@ -55,11 +54,12 @@ TEST(TimeSpan, FillsInPictures) {
         {lead_byte, lead_byte},
         {"%" + lead_byte, lead_byte},
         {"\x81", "\x81"},
+        {std::string(300, 'a'), std::string(255, 'a')},
         {std::string(254, 'a') + "%H", std::string(254, 'a') + "0"},
         {std::string(254, 'a') + "\x81\x81y", std::string(254, 'a')},
-        {std::string(300, 'a'), std::string(255, 'a')},
     };
-    for (const auto& c : cases) EXPECT_EQ(c.text, std::string(span.Format(c.picture.c_str())));
+    for (const auto& [picture, text] : cases)
+        EXPECT_EQ(text, std::string(span.Format(picture.c_str())));
     EXPECT_STREQ("", span.Format(nullptr));
 }
 

@@ -80,11 +80,11 @@ TEST(TmEveryZone, MakesEveryDayFromFields) {
     ForEveryHour([](const DayCount(&days)[3], std::int64_t seconds, bool) {
         if (seconds % kDay >= kHour) return;
         const DayCount& day = days[1];
-        const std::int64_t at = seconds + day.of_year % 24 * kHour;
+        const int hour = day.of_year % 24, rest = static_cast<int>(seconds % kHour);
+        const std::int64_t at = seconds + hour * kHour;
         for (const bool local : {false, true}) {
-            const CDateTime made(day.year, day.month, day.day, day.of_year % 24,
-                                 static_cast<int>(seconds / 60 % 60),
-                                 static_cast<int>(seconds % 60), 5, local);
+            const CDateTime made(day.year, day.month, day.day, hour, rest / 60, rest % 60, 5,
+                                 local);
             ASSERT_TRUE(Reads(made, local ? at + kAhead : at, days)) << at;
             ASSERT_EQ(at, Seconds(made));
             ASSERT_TRUE(local || day.weekday == made.DayOfWeek());

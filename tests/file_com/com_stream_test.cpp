@@ -2,53 +2,40 @@
 
 #include <gtest/gtest.h>
 
-#include <shlwapi.h>
-
 #include <atomic>
 #include <cstring>
+#include <memory>
+#include <sstream>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "support/import_patch.h"
 #include "support/temp_folder.h"
 
 namespace {
 
-// Owns one reference.
-class Reference {
-public:
-    explicit Reference(IStream* stream) : stream_(stream) { EXPECT_NE(nullptr, stream); }
-    ~Reference() {
-        if (stream_) stream_->Release();
-    }
-    Reference(const Reference&) = delete;
-    Reference& operator=(const Reference&) = delete;
-    IStream* operator->() const { return stream_; }
-    IStream* get() const { return stream_; }
-
-private:
-    IStream* const stream_;
+struct Releaser {
+    void operator()(IStream* stream) const { stream->Release(); }
 };
+using Reference = std::unique_ptr<IStream, Releaser>;
 
-constexpr ULONG kUntouched = 0xDEADBEEF;
 constexpr DWORD kBoth = GENERIC_READ | GENERIC_WRITE;
-
-LARGE_INTEGER Distance(std::int64_t value) {
-    LARGE_INTEGER distance;
-    distance.QuadPart = value;
-    return distance;
-}
-ULARGE_INTEGER Size(std::uint64_t value) {
-    ULARGE_INTEGER size;
-    size.QuadPart = value;
-    return size;
-}
 
 class ComStream : public testing::Test {
 protected:
-    IStream* Create(DWORD access = kBoth, DWORD disposition = OPEN_ALWAYS) const {
-        return CQELSimpleFileStream::CreateInstance((folder_ / "file").c_str(), access,
-                                                    disposition);
+    Reference Create(DWORD access = kBoth, DWORD disposition = OPEN_ALWAYS) const {
+        return Reference(
+            CQELSimpleFileStream::CreateInstance((folder_ / "file").c_str(), access, disposition));
+    }
+    // The outcome of a Seek with this high half preset, and the position then.
+    static std::string Seek(IStream& stream, std::int64_t distance, DWORD origin, DWORD high = 0) {
+        ULARGE_INTEGER position;
+        position.HighPart = high;
+        const HRESULT result = stream.Seek({.QuadPart = distance}, origin, &position);
+        std::ostringstream text;
+        text << std::hex << result << " " << position.QuadPart;
+        return text.str();
     }
     TempFolder folder_;
 };
@@ -57,180 +44,111 @@ TEST_F(ComStream, OpensSharedWithOneReferenceOrGivesNull) {
     EXPECT_EQ(nullptr, Create(GENERIC_READ, OPEN_EXISTING));
     EXPECT_EQ(DWORD{ERROR_FILE_NOT_FOUND}, GetLastError());
     EXPECT_EQ(nullptr, CQELSimpleFileStream::CreateInstance(nullptr, kBoth, OPEN_ALWAYS));
-
-    folder_.Write("file", "abc");
-    IStream* const first = Create();
-    const Reference second(Create());
-    EXPECT_EQ(2u, first->AddRef());
-    EXPECT_EQ(1u, first->Release());
-    EXPECT_EQ(0u, first->Release());
-    EXPECT_FALSE(DeleteFileA((folder_ / "file").c_str())) << "sharing is not for deletion";
-}
-
-TEST_F(ComStream, ClosesItsHandleOnTheLastRelease) {
-    Create()->Release();
-    EXPECT_TRUE(DeleteFileA((folder_ / "file").c_str()));
+    IStream* const first = Create().release();
+    {
+        const Reference second = Create();
+        EXPECT_EQ(2u, first->AddRef());
+        EXPECT_EQ(1u, first->Release());
+        EXPECT_EQ(0u, first->Release());
+        EXPECT_FALSE(DeleteFileA((folder_ / "file").c_str())) << "sharing is not for deletion";
+    }
+    EXPECT_TRUE(DeleteFileA((folder_ / "file").c_str())) << "the last release closes";
 }
 
 TEST_F(ComStream, KnowsTwoInterfacesOnly) {
-    const Reference stream(Create());
+    const Reference stream = Create();
+    void* object = nullptr;
     for (const IID& id : {__uuidof(IUnknown), __uuidof(IStream)}) {
-        void* object = nullptr;
         EXPECT_EQ(S_OK, stream->QueryInterface(id, &object));
         EXPECT_EQ(stream.get(), object);
         EXPECT_EQ(1u, stream->Release());
     }
-    void* object = stream.get();
     EXPECT_EQ(E_NOINTERFACE, stream->QueryInterface(__uuidof(ISequentialStream), &object));
     EXPECT_EQ(nullptr, object);
     EXPECT_EQ(E_POINTER, stream->QueryInterface(__uuidof(IStream), nullptr));
 }
 
-TEST_F(ComStream, ReadsToTheEndAndSaysSo) {
+TEST_F(ComStream, ReadsToTheEndAndTellsWhyItCannotGoOn) {
     folder_.Write("file", "abcde");
-    const Reference stream(Create());
-    char bytes[8] = {};
-    ULONG read = kUntouched;
-    EXPECT_EQ(S_OK, stream->Read(bytes, 3, &read));
-    EXPECT_EQ(3u, read);
-    EXPECT_EQ(S_OK, stream->Read(bytes, 8, &read));
-    EXPECT_EQ(2u, read);
-    EXPECT_EQ(0, std::memcmp("dec", bytes, 3));
-    EXPECT_EQ(S_FALSE, stream->Read(bytes, 8, &read));
-    EXPECT_EQ(0u, read);
-    EXPECT_EQ(STG_E_INVALIDPOINTER, stream->Read(nullptr, 1, &read));
-    EXPECT_EQ(STG_E_INVALIDPOINTER, stream->Read(bytes, 1, nullptr));
-    ULONG written = kUntouched;
-    EXPECT_EQ(STG_E_INVALIDPOINTER, stream->Write(nullptr, 1, &written));
-    EXPECT_EQ(STG_E_INVALIDPOINTER, stream->Write(bytes, 1, nullptr));
-    EXPECT_EQ(kUntouched, written);
-}
-
-TEST_F(ComStream, TellsDeniedAccessFromOtherFailures) {
-    folder_.Write("file", "abc");
-    char byte = 'x';
-    ULONG count = kUntouched;
-    const Reference writing(Create(GENERIC_WRITE));
-    EXPECT_EQ(STG_E_ACCESSDENIED, writing->Read(&byte, 1, &count));
-    EXPECT_EQ(0u, count);
-    const Reference reading(Create(GENERIC_READ));
-    count = kUntouched;
-    EXPECT_EQ(STG_E_ACCESSDENIED, reading->Write(&byte, 1, &count));
-    EXPECT_EQ(0u, count);
+    char bytes[8] = "";
+    ULONG count = 99;
+    const auto expect = [&count](HRESULT result, ULONG transferred, HRESULT outcome) {
+        EXPECT_EQ(result, outcome);
+        EXPECT_EQ(transferred, std::exchange(count, 99));
+    };
+    const Reference both = Create(), reading = Create(GENERIC_READ),
+                    writing = Create(GENERIC_WRITE);
     const Reference full(
         CQELSimpleFileStream::CreateInstance("Z:\\dev\\full", GENERIC_WRITE, OPEN_EXISTING));
-    EXPECT_EQ(STG_E_MEDIUMFULL, full->Write(&byte, 1, &count));
+    expect(S_OK, 3, both->Read(bytes, 3, &count));
+    expect(S_OK, 2, both->Read(bytes, 8, &count));
+    EXPECT_STREQ("dec", bytes);
+    expect(S_FALSE, 0, both->Read(bytes, 8, &count));
+    expect(STG_E_INVALIDPOINTER, 99, both->Read(nullptr, 1, &count));
+    expect(STG_E_INVALIDPOINTER, 99, both->Read(bytes, 1, nullptr));
+    expect(STG_E_INVALIDPOINTER, 99, both->Write(nullptr, 1, &count));
+    expect(STG_E_INVALIDPOINTER, 99, both->Write(bytes, 1, nullptr));
+    expect(STG_E_ACCESSDENIED, 0, writing->Read(bytes, 1, &count));
+    expect(STG_E_ACCESSDENIED, 0, reading->Write(bytes, 1, &count));
+    expect(STG_E_MEDIUMFULL, 0, full->Write(bytes, 1, &count));
 }
 
 TEST_F(ComStream, SeekTakesTheHighHalfFromTheResultLocation) {
     folder_.Write("file", "abcde");
-    const Reference stream(Create());
-    ULARGE_INTEGER position = Size(0);
-    EXPECT_EQ(S_OK, stream->Seek(Distance(0x7'0000'0003), STREAM_SEEK_SET, &position));
-    EXPECT_EQ(3u, position.QuadPart) << "the distance's own high half is not looked at";
-    position.HighPart = 2;
-    EXPECT_EQ(S_OK, stream->Seek(Distance(3), STREAM_SEEK_SET, &position));
-    EXPECT_EQ(0x2'0000'0003u, position.QuadPart) << "garbage moves far beyond";
-    position.HighPart = 0xFFFFFFFF;  // as a caller presets it to go backward
-    EXPECT_EQ(S_OK, stream->Seek(Distance(-2), STREAM_SEEK_END, &position));
-    EXPECT_EQ(3u, position.QuadPart);
-    position.HighPart = 0;
-    EXPECT_EQ(S_OK, stream->Seek(Distance(1), STREAM_SEEK_CUR, &position));
-    EXPECT_EQ(4u, position.QuadPart);
-    EXPECT_EQ(STG_E_INVALIDPOINTER, stream->Seek(Distance(0), STREAM_SEEK_SET, nullptr));
-}
-
-TEST_F(ComStream, SeekTellsALowHalfOfAllOnesFromAFailure) {
-    const Reference stream(Create());
-    ULARGE_INTEGER position = Size(0);
-    SetLastError(ERROR_ACCESS_DENIED);  // of an earlier call
-    EXPECT_EQ(S_OK, stream->Seek(Distance(0xFFFFFFFF), STREAM_SEEK_SET, &position));
-    EXPECT_EQ(0xFFFFFFFFu, position.QuadPart);
-
-    position.HighPart = 0xFFFFFFFF;
-    EXPECT_EQ(STG_E_INVALIDFUNCTION, stream->Seek(Distance(-1), STREAM_SEEK_SET, &position));
-    EXPECT_EQ(0xFFFFFFFF'FFFFFFFFu, position.QuadPart);
-    position.HighPart = 0;
-    EXPECT_EQ(E_FAIL, stream->Seek(Distance(0), 7, &position));
-    EXPECT_EQ(0xFFFFFFFFu, position.HighPart);
+    const Reference stream = Create();
+    constexpr DWORD kBackward = 0xFFFFFFFF;
+    EXPECT_EQ("0 3", Seek(*stream, 0x700000003, STREAM_SEEK_SET));  // not the distance's own
+    EXPECT_EQ("0 200000003", Seek(*stream, 3, STREAM_SEEK_SET, 2)) << "garbage moves far beyond";
+    EXPECT_EQ("0 3", Seek(*stream, -2, STREAM_SEEK_END, kBackward));
+    EXPECT_EQ("0 4", Seek(*stream, 1, STREAM_SEEK_CUR));
+    SetLastError(ERROR_ACCESS_DENIED);                                    // of an earlier call
+    EXPECT_EQ("0 ffffffff", Seek(*stream, 0xFFFFFFFF, STREAM_SEEK_SET));  // no failure
+    EXPECT_EQ("80030001 ffffffffffffffff", Seek(*stream, -1, STREAM_SEEK_SET, kBackward));
+    EXPECT_EQ("80004005 ffffffffffffffff", Seek(*stream, 0, 7));
+    EXPECT_EQ(STG_E_INVALIDPOINTER, stream->Seek({}, STREAM_SEEK_SET, nullptr));
 }
 
 TEST_F(ComStream, SetsItsSizeWithTheSizesOwnHighHalf) {
     folder_.Write("file", "abcde");
-    const Reference stream(Create());
-    EXPECT_EQ(S_OK, stream->SetSize(Size(3)));
-    EXPECT_EQ("abc", folder_.Read("file"));
+    const Reference stream = Create();
+    EXPECT_EQ(S_OK, stream->SetSize({.QuadPart = 3}));
     ULONG written = 0;
     EXPECT_EQ(S_OK, stream->Write("X", 1, &written));
     EXPECT_EQ("abcX", folder_.Read("file")) << "the position is at the size";
-    EXPECT_EQ(S_OK, stream->SetSize(Size(0x1'0000'0002)));
+    EXPECT_EQ(S_OK, stream->SetSize({.QuadPart = 0x100000002}));
     STATSTG stat;
     EXPECT_EQ(S_OK, stream->Stat(&stat, STATFLAG_NONAME));
-    EXPECT_EQ(0x1'0000'0002u, stat.cbSize.QuadPart);
-    EXPECT_EQ(STG_E_INVALIDFUNCTION, stream->SetSize(Size(0xFFFFFFFF'FFFFFFFF)));
-
-    const Reference reading(Create(GENERIC_READ));
-    EXPECT_EQ(E_FAIL, reading->SetSize(Size(1)));
+    EXPECT_EQ(0x100000002u, stat.cbSize.QuadPart);
+    EXPECT_EQ(STG_E_INVALIDFUNCTION, stream->SetSize({.QuadPart = ~0ull}));
+    EXPECT_EQ(E_FAIL, Create(GENERIC_READ)->SetSize({.QuadPart = 1}));
 }
 
 BOOL WINAPI RefuseInformation(HANDLE, BY_HANDLE_FILE_INFORMATION*) { return FALSE; }
 
 TEST_F(ComStream, DescribesItself) {
     folder_.Write("file", "abcde");
-    const Reference stream(Create());
+    const Reference stream = Create();
     STATSTG stat;
-    std::memset(&stat, 0x55, sizeof stat);
     ASSERT_EQ(S_OK, stream->Stat(&stat, STATFLAG_DEFAULT));
-    ASSERT_NE(nullptr, stat.pwcsName);
-    EXPECT_EQ(3u, std::wcslen(stat.pwcsName));
+    EXPECT_STREQ(L"qel", stat.pwcsName);
     CoTaskMemFree(stat.pwcsName);
-    EXPECT_EQ(DWORD{STGTY_STREAM}, stat.type);
-    EXPECT_EQ(5u, stat.cbSize.QuadPart);
-    EXPECT_EQ(0u, stat.grfMode);
-    EXPECT_EQ(DWORD{LOCK_EXCLUSIVE}, stat.grfLocksSupported);
-    EXPECT_EQ(CLSID{}, stat.clsid);
-    EXPECT_EQ(0u, stat.grfStateBits);
     WIN32_FILE_ATTRIBUTE_DATA file;
     ASSERT_TRUE(GetFileAttributesExA((folder_ / "file").c_str(), GetFileExInfoStandard, &file));
-    EXPECT_EQ(0, CompareFileTime(&file.ftLastWriteTime, &stat.mtime));
-    EXPECT_EQ(0, CompareFileTime(&file.ftLastAccessTime, &stat.atime));
-    EXPECT_EQ(0, CompareFileTime(&file.ftCreationTime, &stat.ctime));
-
-    ASSERT_EQ(S_OK, stream->Stat(&stat, STATFLAG_NONAME));
+    STATSTG expected = {};
+    expected.pwcsName = stat.pwcsName;
+    expected.type = STGTY_STREAM;
+    expected.cbSize.QuadPart = 5;
+    expected.mtime = file.ftLastWriteTime;
+    expected.ctime = file.ftCreationTime;
+    expected.atime = file.ftLastAccessTime;
+    expected.grfLocksSupported = LOCK_EXCLUSIVE;
+    EXPECT_EQ(0, std::memcmp(&expected, &stat, sizeof stat));
+    EXPECT_EQ(S_OK, stream->Stat(&stat, STATFLAG_NONAME));
     EXPECT_EQ(nullptr, stat.pwcsName);
     EXPECT_EQ(STG_E_INVALIDPOINTER, stream->Stat(nullptr, STATFLAG_DEFAULT));
     const ImportPatch refused(kLibrary, "GetFileInformationByHandle", &RefuseInformation);
     EXPECT_EQ(E_FAIL, stream->Stat(&stat, STATFLAG_DEFAULT));
     EXPECT_EQ(nullptr, stat.pwcsName);
-}
-
-TEST_F(ComStream, ServesThePlatformsOwnConsumers) {
-    std::string bytes(10000, '\0');
-    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7 + i / 251);
-    IStream* source = nullptr;
-    ASSERT_EQ(S_OK, CreateStreamOnHGlobal(nullptr, TRUE, &source));
-    const Reference memory(source);
-    ULONG written = 0;
-    ASSERT_EQ(S_OK, memory->Write(bytes.data(), static_cast<ULONG>(bytes.size()), &written));
-    ULARGE_INTEGER start = Size(0);
-    ASSERT_EQ(S_OK, memory->Seek(Distance(0), STREAM_SEEK_SET, &start));
-
-    const Reference file(Create());
-    ULARGE_INTEGER copied = Size(0);
-    EXPECT_EQ(S_OK, memory->CopyTo(file.get(), Size(bytes.size()), nullptr, &copied));
-    EXPECT_EQ(bytes.size(), copied.QuadPart);
-    EXPECT_EQ(bytes, folder_.Read("file"));
-
-    ULARGE_INTEGER size = Size(0);
-    EXPECT_EQ(S_OK, IStream_Size(file.get(), &size));
-    EXPECT_EQ(bytes.size(), size.QuadPart);
-    start = Size(0);
-    EXPECT_EQ(S_OK, file->Seek(Distance(0), STREAM_SEEK_SET, &start));
-    std::string back(bytes.size(), '.');
-    EXPECT_EQ(S_OK, IStream_Read(file.get(), back.data(), static_cast<ULONG>(back.size())));
-    EXPECT_EQ(bytes, back);
-    EXPECT_EQ(STG_E_INVALIDPOINTER, WriteClassStm(file.get(), CLSID{}))
-        << "a consumer that leaves out the count is refused";
 }
 
 std::atomic<int> inside;
@@ -243,7 +161,7 @@ BOOL WINAPI WriteSlowly(HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*) {
 }
 
 TEST_F(ComStream, LetsOneThreadAtATimeAtTheFile) {
-    const Reference stream(Create());
+    const Reference stream = Create();
     const ImportPatch slow(kLibrary, "WriteFile", &WriteSlowly);
     met = false;
     const auto work = [&stream] {

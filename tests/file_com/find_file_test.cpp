@@ -25,15 +25,14 @@ Names Found(const std::string& pattern, int skip_mask) {
 
 TEST(FindFile, ListsWhatTheMaskDoesNotSkip) {
     const TempFolder folder;
-    folder.Write("a.txt", "12345");
+    const ReadOnlyFile read_only(folder.Write("locked.txt", ""));
     folder.Write(".hid", "");
     folder.MakeFolder("sub");
-    const ReadOnlyFile read_only(folder.Write("locked.txt", ""));
     const std::string all = folder / "*.*";
-    EXPECT_EQ((Names{".hid", "a.txt", "locked.txt", "sub"}), Found(all, 0));
-    EXPECT_EQ((Names{".hid", "a.txt", "locked.txt"}), Found(all, CQELFindFile::FIND_FILES));
+    EXPECT_EQ((Names{".hid", "locked.txt", "sub"}), Found(all, 0));
+    EXPECT_EQ((Names{".hid", "locked.txt"}), Found(all, CQELFindFile::FIND_FILES));
     EXPECT_EQ(Names{"sub"}, Found(all, CQELFindFile::FIND_FOLDERS));
-    EXPECT_EQ((Names{"a.txt", "sub"}), Found(all, 0x03));
+    EXPECT_EQ(Names{"sub"}, Found(all, 0x03));
     EXPECT_EQ(Names{}, Found(folder / "*.none", 0));
 }
 
@@ -42,8 +41,7 @@ TEST(FindFile, TellsTheLowHalfOfALargeSizeAndOfTheEnd) {
     SetLength(folder.Write("large", ""), 0x100000005);
     CQELFindFile found((folder / "*").c_str(), 0, false);
     EXPECT_STREQ("large", found.Get());
-    EXPECT_EQ(5u, found.GetSize());
-    EXPECT_EQ(0x20u, found.GetAttributes());
+    EXPECT_TRUE(found.GetSize() == 5 && found.GetAttributes() == 0x20);
     EXPECT_EQ(nullptr, found.Get());
     EXPECT_EQ(0xFFFFFFFFu, found.GetSize() & found.GetAttributes());
     EXPECT_EQ(116, found.Status());

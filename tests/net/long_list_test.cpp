@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
+#include <vector>
 
 #include "net/range_lists.h"
 #include "support/guarded_buffer.h"
@@ -32,52 +34,43 @@ TEST(LongList, AddsWhatIsMissingAndTakesAwayAllThatIsEqual) {
 }
 
 TEST(LongList, TakesAnotherOverButKeepsItsFirstAddressFirst) {
-    const struct {
-        CQELLongList list, b;
-        bool changed;
-        CQELLongList result;
-    } cases[] = {
-        {Addresses({}), Addresses({}), true, Addresses({})},
-        {Addresses({}), Addresses({1, 2}), true, Addresses({1, 2})},
-        {Addresses({1, 2}), Addresses({}), false, Addresses({1, 2})},
-        {Addresses({1, 2}), Addresses({1, 2}), false, Addresses({1, 2})},
-        {Addresses({1, 2}), Addresses({2, 1, 3, 1}), true, Addresses({1, 2, 3})},
-        {Addresses({1, 2}), Addresses({1, 3, 1}), true, Addresses({1, 3, 1})},
-        {Addresses({1, 2}), Addresses({3, 4}), true, Addresses({3, 4})},
+    using A = std::vector<ulong32>;
+    const std::tuple<A, A, bool, A> cases[] = {
+        {{}, {}, true, {}},
+        {{}, {1, 2}, true, {1, 2}},
+        {{1, 2}, {}, false, {1, 2}},
+        {{1, 2}, {1, 2}, false, {1, 2}},
+        {{1, 2}, {2, 1, 3, 1}, true, {1, 2, 3}},
+        {{1, 2}, {1, 3, 1}, true, {1, 3, 1}},
+        {{1, 2}, {3, 4}, true, {3, 4}},
     };
-    for (const auto& c : cases) {
-        auto list = c.list;
-        EXPECT_EQ(c.changed, list.ChangeRemainFirst(c.b));
-        EXPECT_EQ(c.result, list);
+    for (const auto& [before, b, changed, result] : cases) {
+        auto list = Addresses(before);
+        EXPECT_EQ(changed, list.ChangeRemainFirst(Addresses(b)));
+        EXPECT_EQ(Addresses(result), list);
+        EXPECT_EQ(list.empty(), list.ChangeRemainFirst(list));
     }
-    auto list = Addresses({1, 2});
-    EXPECT_FALSE(list.ChangeRemainFirst(list));
 }
 
 TEST(LongList, ReadsTheValidTokensOfAText) {
-    const struct {
-        const char* text;
-        char separator;
-        CQELLongList result;
-    } cases[] = {
-        {nullptr, ';', Addresses({})},
-        {"", ';', Addresses({})},
-        {"1.2.3.4; 5.6.7.8;;bad;9.9.9.9", ';', Addresses({0x01020304, 0x05060708, 0x09090909})},
-        {"1.2.3.4", ';', Addresses({0x01020304})},
-        {";1.2.3.4;", ';', Addresses({0x01020304})},
-        {" 1 . 2.3. 4 ,1.2.3.4", ',', Addresses({0x01020304, 0x01020304})},
-        {"1.2.3.4 5.6.7.8", ' ', Addresses({0x01020304, 0x05060708})},
-        {"1.2.3.4\t;5.6.7.8", ';', Addresses({0x05060708})},
-        {"1.2.3.4;5.6.7.8", ',', Addresses({})},
-        {"1.2.3.4;5.6.7.8", '.', Addresses({})},
-        {"1.2.3.4;5.6.7.8", '\0', Addresses({})},
-        {"1.2.3.4", '\0', Addresses({0x01020304})},
+    constexpr ulong32 a = 0x01020304, b = 0x05060708, c = 0x09090909;
+    const std::tuple<const char*, char, std::vector<ulong32>> cases[] = {
+        {nullptr, ';', {}},
+        {"", ';', {}},
+        {"1.2.3.4; 5.6.7.8;;bad;9.9.9.9", ';', {a, b, c}},
+        {";1.2.3.4;", ';', {a}},
+        {" 1 . 2.3. 4 ,1.2.3.4", ',', {a, a}},
+        {"1.2.3.4 5.6.7.8", ' ', {a, b}},
+        {"1.2.3.4\t;5.6.7.8", ';', {b}},
+        {"1.2.3.4;5.6.7.8", ',', {}},
+        {"1.2.3.4;5.6.7.8", '.', {}},
+        {"1.2.3.4;5.6.7.8", '\0', {}},
+        {"1.2.3.4", '\0', {a}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text ? c.text : "(null)");
+    for (const auto& [text, separator, result] : cases) {
         auto list = Addresses({1, 2, 3});
-        EXPECT_EQ(&list, &list.FromString(c.text, c.separator));
-        EXPECT_EQ(c.result, list);
+        EXPECT_EQ(&list, &list.FromString(text, separator));
+        EXPECT_EQ(Addresses(result), list) << (text ? text : "(null)");
     }
 }
 

@@ -151,12 +151,4 @@ TEST(OutOfMemory, LosesNoAddressThatShouldStay) {
     }
 }
 
-TEST(OutOfMemory, EndsAnExpansionThatCannotFitBeforeItStarts) {
-    auto list = Ranges({{1, 0xFFFFFFFF}});
-    auto out = Addresses({7});
-    EXPECT_THROW(list.GetList(out), std::bad_alloc);
-    EXPECT_EQ(Addresses({7}), out);
-    EXPECT_EQ(1u, list.size());
-}
-
 }  // namespace

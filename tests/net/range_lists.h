@@ -3,21 +3,21 @@
 // Short ways to write lists down, and to bring them from the literal form to the library's.
 
 #include <cstddef>
-#include <initializer_list>
 #include <iterator>
 #include <ostream>
 #include <utility>
+#include <vector>
 
 #include "net/ip_range_list.h"
 #include "support/literal_ranges.h"
 
-inline CQELLongList Addresses(std::initializer_list<ulong32> addresses) {
+inline CQELLongList Addresses(const std::vector<ulong32>& addresses) {
     CQELLongList list;
-    list.insert(list.end(), addresses);
+    list.insert(list.end(), addresses.begin(), addresses.end());
     return list;
 }
 
-inline CQELRangeIPList Ranges(std::initializer_list<std::pair<ulong32, ulong32>> ranges) {
+inline CQELRangeIPList Ranges(const std::vector<std::pair<ulong32, ulong32>>& ranges) {
     CQELRangeIPList list;
     for (const auto& [from, to] : ranges) list.emplace_back(from, to);
     return list;

@@ -5,12 +5,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <random>
-#include <sstream>
 #include <string>
+#include <type_traits>
+#include <utility>
 
 #include "net/detail/range_crossing.h"
 #include "net/detail/range_removal.h"
@@ -19,8 +21,6 @@
 namespace {
 
 constexpr std::uint64_t kAlwaysIndex = 0;
-
-// --- Inputs --------------------------------------------------------------------------------------------
 
 struct Input {
     literal::Ranges a, b, subnets;
@@ -42,121 +42,102 @@ public:
     InputMaker(const Style& style, unsigned seed) : style_(style), random_(seed) {}
 
     Input Make() {
-        Input input;
-        input.a = MakeRanges();
-        input.b = MakeRanges();
-        input.subnets = MakeSubnets();
-        input.points = MakePoints();
-        input.more_points = MakePoints();
-        return input;
+        Input in;
+        for (auto* ranges : {&in.a, &in.b}) {
+            Fill([&] { ranges->push_back(Again(*ranges) ? ranges->front() : MakeRange()); });
+        }
+        Fill([&] { in.subnets.push_back({Address(), MakeMask()}); });
+        for (auto* points : {&in.points, &in.more_points}) {
+            Fill([&] { points->push_back(Address()); });
+        }
+        return in;
     }
 
 private:
     ulong32 Below(ulong32 end) { return static_cast<ulong32>(random_()) % end; }
     ulong32 Address() { return style_.base + Below(style_.span); }
+    bool Again(const literal::Ranges& ranges) { return !ranges.empty() && Below(8) == 0; }
 
+    template <typename Push>
+    void Fill(Push push) {
+        for (ulong32 left = Below(style_.length + 1); left > 0; --left) push();
+    }
     literal::Range MakeRange() {
-        const ulong32 x = Address(), y = Address();
-        if (style_.inverted != 0 && Below(style_.inverted) == 0)
-            return {(std::max)(x, y), (std::min)(x, y)};
-        switch (Below(6)) {
-            case 0:
-                return {x, 0};
-            case 1:
-                return {x, x};
-            default:
-                return {(std::min)(x, y), (std::max)(x, y)};
-        }
+        const auto [low, high] = std::minmax({Address(), Address()});
+        if (style_.inverted != 0 && Below(style_.inverted) == 0) return {high, low};
+        const ulong32 form = Below(6);
+        return {low, form == 0 ? 0 : form == 1 ? low : high};
     }
-    literal::Ranges MakeRanges() {
-        literal::Ranges ranges;
-        for (ulong32 left = Below(style_.length + 1); left > 0; --left) {
-            const bool again = !ranges.empty() && Below(8) == 0;
-            ranges.push_back(again ? ranges.front() : MakeRange());
-        }
-        return ranges;
-    }
-    literal::Ranges MakeSubnets() {
-        literal::Ranges subnets;
-        for (ulong32 left = Below(style_.length + 1); left > 0; --left) {
-            ulong32 mask = ~ulong32{0} << Below(6);
-            if (Below(8) == 0) mask = Below(2) != 0 ? 0 : mask ^ ulong32 { 1 } << Below(32);
-            subnets.push_back({Address(), mask});
-        }
-        return subnets;
-    }
-    literal::Addresses MakePoints() {
-        literal::Addresses points;
-        for (ulong32 left = Below(style_.length + 1); left > 0; --left) points.push_back(Address());
-        return points;
+    ulong32 MakeMask() {
+        const ulong32 mask = ~ulong32{0} << Below(6);
+        if (Below(8) != 0) return mask;
+        return Below(2) != 0 ? 0 : mask ^ ulong32 { 1 } << Below(32);
     }
 
     Style style_;
     std::mt19937 random_;
 };
 
-// --- Operations ----------------------------------------------------------------------------------------
-
-// Each returns whether the library's forms agree with the literal one on this input.
+// Whether each of `ours` makes of the library's list what `literally` makes of the literal one, and
+// answers alike, if there is an answer.
+template <typename List, typename Literally, typename... Work>
+bool Same(List expected, Literally literally, Work... ours) {
+    const auto run = [](auto work, auto& list) {
+        if constexpr (std::is_same_v<decltype(work(list)), bool>) return work(list);
+        work(list);
+        return true;
+    };
+    const auto before = Ours(expected);
+    const bool answer = run(literally, expected);
+    const auto agrees = [&](auto work) {
+        auto list = before;
+        return run(work, list) == answer && SameLists(list, expected);
+    };
+    return (agrees(ours) && ...);
+}
 
 bool Adds(const Input& in) {
-    auto ranges = in.a;
-    auto addresses = in.points;
-    literal::Add(ranges, in.b);
-    literal::Add(addresses, in.more_points);
-    auto our_ranges = Ours(in.a);
-    auto our_addresses = Ours(in.points);
-    our_ranges += Ours(in.b);
-    our_addresses += Ours(in.more_points);
-    return SameLists(our_ranges, ranges) && SameLists(our_addresses, addresses);
+    return Same(
+               in.a, [&](auto& l) { literal::Add(l, in.b); }, [&](auto& l) { l += Ours(in.b); }) &&
+           Same(
+               in.points, [&](auto& l) { literal::Add(l, in.more_points); },
+               [&](auto& l) { l += Ours(in.more_points); });
 }
 
 bool RemovesEqual(const Input& in) {
-    auto ranges = in.a;
-    auto addresses = in.points;
-    literal::RemoveList(ranges, in.b);
-    literal::RemoveList(addresses, in.more_points);
-    auto our_ranges = Ours(in.a);
-    auto our_addresses = Ours(in.points);
-    our_ranges.RemoveList(Ours(in.b));
-    our_addresses -= Ours(in.more_points);
-    return SameLists(our_ranges, ranges) && SameLists(our_addresses, addresses);
-}
-
-bool Subtracts(const Input& in) {
-    auto expected = in.a;
-    literal::Subtract(expected, in.b);
-    auto ours = Ours(in.a);
-    return SameLists(ours.Subtract(Ours(in.b)), expected);
+    return Same(
+               in.a, [&](auto& l) { literal::RemoveList(l, in.b); },
+               [&](auto& l) { l.RemoveList(Ours(in.b)); }) &&
+           Same(
+               in.points, [&](auto& l) { literal::RemoveList(l, in.more_points); },
+               [&](auto& l) { l -= Ours(in.more_points); }) &&
+           Same(
+               in.a, [&](auto& l) { literal::Subtract(l, in.b); },
+               [&](auto& l) { l.Subtract(Ours(in.b)); });
 }
 
 bool RemovesRanges(const Input& in) {
-    auto expected = in.a;
-    literal::RemoveRanges(expected, in.b);
-    auto ours = Ours(in.a), indexed = Ours(in.a);
-    ours -= Ours(in.b);
-    kit::RemoveRanges(indexed, Ours(in.b), kAlwaysIndex);
-    return SameLists(ours, expected) && SameLists(indexed, expected);
+    return Same(
+        in.a, [&](auto& l) { literal::RemoveRanges(l, in.b); }, [&](auto& l) { l -= Ours(in.b); },
+        [&](auto& l) { kit::RemoveRanges(l, Ours(in.b), kAlwaysIndex); });
 }
 
 bool RemovesPoints(const Input& in) {
-    auto expected = in.a;
-    const bool changed = literal::RemovePoints(expected, in.points);
-    auto ours = Ours(in.a), indexed = Ours(in.a);
-    return ours.RemovePoints(Ours(in.points)) == changed && SameLists(ours, expected) &&
-           kit::RemovePoints(indexed, Ours(in.points), kAlwaysIndex) == changed &&
-           SameLists(indexed, expected);
+    return Same(
+        in.a, [&](auto& l) { return literal::RemovePoints(l, in.points); },
+        [&](auto& l) { return bool{l.RemovePoints(Ours(in.points))}; },
+        [&](auto& l) { return kit::RemovePoints(l, Ours(in.points), kAlwaysIndex); });
 }
 
 bool RemovesSubnets(const Input& in) {
-    auto expected = in.a;
-    const bool changed = literal::RemoveSubnets(expected, in.subnets);
-    auto ours = Ours(in.a), indexed = Ours(in.a);
     const auto subnets = Ours(in.subnets);
-    const bool crosses = kit::IsCrossSubnets(indexed, subnets, kAlwaysIndex);
-    return ours.RemoveSubnets(subnets) == changed && SameLists(ours, expected) &&
-           (crosses && kit::RemoveSubnets(indexed, subnets, kAlwaysIndex)) == changed &&
-           SameLists(indexed, expected);
+    return Same(
+        in.a, [&](auto& l) { return literal::RemoveSubnets(l, in.subnets); },
+        [&](auto& l) { return bool{l.RemoveSubnets(subnets)}; },
+        [&](auto& l) {
+            return kit::IsCrossSubnets(l, subnets, kAlwaysIndex) &&
+                   kit::RemoveSubnets(l, subnets, kAlwaysIndex);
+        });
 }
 
 bool AsksForCrossing(const Input& in) {
@@ -173,64 +154,64 @@ bool AsksForCrossing(const Input& in) {
 }
 
 bool FindsTheFirstOverlap(const Input& in) {
-    literal::Addresses expected = in.points;
-    const bool found = literal::Cross(in.a, in.b, expected);
     const auto a = Ours(in.a), b = Ours(in.b);
-    auto out = Ours(in.points);
-    const CQELRangeIP* first = kit::FirstOverlap(a, b, kAlwaysIndex);
-    return a.Cross(b, out) == found && SameLists(out, expected) && (first != nullptr) == found &&
-           (!found ||
-            (first->from == expected.back() && first->to == *std::next(expected.rbegin())));
+    return Same(
+        in.points, [&](auto& out) { return literal::Cross(in.a, in.b, out); },
+        [&](auto& out) { return bool{a.Cross(b, out)}; },
+        [&](auto& out) {
+            const CQELRangeIP* const first = kit::FirstOverlap(a, b, kAlwaysIndex);
+            if (first) out.insert(out.end(), {first->to, first->from});
+            return first != nullptr;
+        });
 }
 
 bool CrossesPoints(const Input& in) {
-    literal::Addresses expected;
-    const bool any = literal::CrossPoints(in.a, in.points, expected);
     const auto a = Ours(in.a);
     const auto points = Ours(in.points);
-    auto out = Ours(in.more_points);
-    kit::AddressList indexed;
-    kit::CrossPoints(a, points, indexed, kAlwaysIndex);
-    return a.Cross(points, out) == any && SameLists(out, expected) && SameLists(indexed, expected);
+    return Same(
+        in.more_points, [&](auto& out) { return literal::CrossPoints(in.a, in.points, out); },
+        [&](auto& out) { return bool{a.Cross(points, out)}; },
+        [&](auto& out) {
+            out.clear();
+            kit::CrossPoints(a, points, out, kAlwaysIndex);
+            return !out.empty();
+        });
 }
 
 bool Intersects(const Input& in) {
-    literal::Ranges expected;
-    const bool any = literal::GetCrossRange(in.a, in.b, expected);
     const auto a = Ours(in.a), b = Ours(in.b);
-    auto out = b;
-    kit::RangeList indexed;
-    kit::Intersections(a, b, indexed, kAlwaysIndex);
-    return a.GetCrossRange(b, out) == any && SameLists(out, expected) &&
-           SameLists(indexed, expected);
+    return Same(
+        in.subnets, [&](auto& out) { return literal::GetCrossRange(in.a, in.b, out); },
+        [&](auto& out) { return bool{a.GetCrossRange(b, out)}; },
+        [&](auto& out) {
+            out.clear();
+            kit::Intersections(a, b, out, kAlwaysIndex);
+            return !out.empty();
+        });
 }
 
 bool FiltersBySubnets(const Input& in) {
-    auto expected = in.points;
-    const bool changed = literal::GetSubnetIPL(in.subnets, expected);
-    auto ours = Ours(in.points), indexed = Ours(in.points);
-    return Ours(in.subnets).GetSubnetIPL(ours) == changed && SameLists(ours, expected) &&
-           kit::KeepSubnets(Ours(in.subnets), indexed, kAlwaysIndex) == changed &&
-           SameLists(indexed, expected);
+    const auto subnets = Ours(in.subnets);
+    return Same(
+        in.points, [&](auto& l) { return literal::GetSubnetIPL(in.subnets, l); },
+        [&](auto& l) { return bool{subnets.GetSubnetIPL(l)}; },
+        [&](auto& l) { return kit::KeepSubnets(subnets, l, kAlwaysIndex); });
 }
 
 bool WorksOnItself(const Input& in) {
-    auto minus = in.a, difference = in.a, sum = in.a, nets = in.subnets;
-    literal::RemoveRanges(minus, in.a);
-    literal::Subtract(difference, in.a);
-    literal::Add(sum, in.a);
-    const bool changed = literal::RemoveSubnets(nets, in.subnets);
-    literal::Ranges crossing;
-    literal::GetCrossRange(in.a, in.a, crossing);
-    auto our_minus = Ours(in.a), our_difference = our_minus, our_sum = our_minus;
-    auto our_crossing = our_minus, our_nets = Ours(in.subnets);
-    our_minus -= our_minus;
-    our_difference.Subtract(our_difference);
-    our_sum += our_sum;
-    our_crossing.GetCrossRange(our_crossing, our_crossing);
-    return SameLists(our_minus, minus) && SameLists(our_difference, difference) &&
-           SameLists(our_sum, sum) && SameLists(our_crossing, crossing) &&
-           our_nets.RemoveSubnets(our_nets) == changed && SameLists(our_nets, nets);
+    return Same(
+               in.a, [&](auto& l) { literal::RemoveRanges(l, in.a); }, [](auto& l) { l -= l; }) &&
+           Same(
+               in.a, [&](auto& l) { literal::Subtract(l, in.a); },
+               [](auto& l) { l.Subtract(l); }) &&
+           Same(
+               in.a, [&](auto& l) { literal::Add(l, in.a); }, [](auto& l) { l += l; }) &&
+           Same(
+               in.a, [&](auto& l) { literal::GetCrossRange(in.a, in.a, l); },
+               [](auto& l) { l.GetCrossRange(l, l); }) &&
+           Same(
+               in.subnets, [&](auto& l) { return literal::RemoveSubnets(l, in.subnets); },
+               [](auto& l) { return bool{l.RemoveSubnets(l)}; });
 }
 
 bool ComparesSingleRanges(const Input& in) {
@@ -244,40 +225,26 @@ bool ComparesSingleRanges(const Input& in) {
     return true;
 }
 
-constexpr struct {
-    const char* name;
-    int operations;  // that it compares
-    bool (*agrees)(const Input&);
-} kChecks[] = {
-    {"+= of ranges and of addresses", 2, Adds},
-    {"RemoveList, -= of addresses", 2, RemovesEqual},
-    {"Subtract", 1, Subtracts},
-    {"-=", 1, RemovesRanges},
-    {"RemovePoints", 1, RemovesPoints},
-    {"RemoveSubnets", 1, RemovesSubnets},
-    {"IsCross, IsCrossPoints, IsCrossSubnets", 3, AsksForCrossing},
-    {"Cross of ranges", 1, FindsTheFirstOverlap},
-    {"Cross of points", 1, CrossesPoints},
-    {"GetCrossRange", 1, Intersects},
-    {"GetSubnetIPL", 1, FiltersBySubnets},
-    {"five operations on a list with itself", 5, WorksOnItself},
-    {"single ranges", 1, ComparesSingleRanges},
+const std::pair<const char*, bool (*)(const Input&)> kChecks[] = {
+    {"adding", Adds},
+    {"removing equal", RemovesEqual},
+    {"removing ranges", RemovesRanges},
+    {"removing points", RemovesPoints},
+    {"removing subnets", RemovesSubnets},
+    {"asking for crossing", AsksForCrossing},
+    {"first overlap", FindsTheFirstOverlap},
+    {"crossing points", CrossesPoints},
+    {"intersections", Intersects},
+    {"subnets", FiltersBySubnets},
+    {"itself", WorksOnItself},
+    {"single ranges", ComparesSingleRanges},
 };
 
 std::string Text(const Input& in) {
-    std::ostringstream text;
-    const auto put = [&](const char* name, const literal::Ranges& ranges) {
-        text << "\n" << name;
-        for (const auto& range : ranges) text << " {" << range.from << ", " << range.to << "}";
-    };
-    put("a", in.a);
-    put("b", in.b);
-    put("subnets", in.subnets);
-    text << "\npoints";
-    for (const ulong32 point : in.points) text << " " << point;
-    text << "\nmore points";
-    for (const ulong32 point : in.more_points) text << " " << point;
-    return text.str();
+    const auto text = [](const auto& ranges) { return testing::PrintToString(Bits(Ours(ranges))); };
+    return "\na " + text(in.a) + "\nb " + text(in.b) + "\nsubnets " + text(in.subnets) +
+           "\npoints " + testing::PrintToString(in.points) + "\nmore " +
+           testing::PrintToString(in.more_points);
 }
 
 constexpr ulong32 kAll = 0xFFFFFFFF;
@@ -298,19 +265,15 @@ constexpr Style kStyles[] = {
 // clang-format on
 
 TEST(RangeModel, EveryOperationGivesWhatItsStepsGive) {
-    int operations = 0;
     for (const Style& style : kStyles) {
         SCOPED_TRACE(style.name);
         InputMaker maker(style, 20240607);
         for (int i = 0; i < style.inputs; ++i) {
             const Input input = maker.Make();
-            for (const auto& check : kChecks) {
-                ASSERT_TRUE(check.agrees(input)) << check.name << Text(input);
-                operations += check.operations;
-            }
+            for (const auto& [name, agrees] : kChecks)
+                ASSERT_TRUE(agrees(input)) << name << Text(input);
         }
     }
-    EXPECT_GE(operations, 1000000);
 }
 
 // The second range is cut first, by (8, 15); the first, which that leaves as all addresses, by 12.
@@ -323,8 +286,6 @@ TEST(RangeModel, PiecesOfPiecesFollowThePlacesOfThosePieces) {
     kit::RemoveRanges(indexed, taken, kAlwaysIndex);
     EXPECT_EQ(Bits(expected), Bits(indexed));
 }
-
-// --- Sets of addresses ---------------------------------------------------------------------------------
 
 constexpr std::size_t kUniverse = 0x10000;
 using Bitmap = std::bitset<kUniverse>;
@@ -356,28 +317,21 @@ CQELRangeIPList RandomRanges(std::mt19937& random, int count, ulong32 odd) {
     return list;
 }
 
-CQELRangeIPList RandomSubnets(std::mt19937& random, int count) {
-    CQELRangeIPList list;
-    for (int i = 0; i < count; ++i) list.emplace_back(random() % kUniverse, kAll << random() % 9);
-    return list;
-}
-
-CQELRangeIPList Blocks(const CQELRangeIPList& subnets) {
-    CQELRangeIPList blocks;
-    for (const auto& s : subnets) blocks.emplace_back(s.from & s.to, (s.from & s.to) | ~s.to);
-    return blocks;
-}
-
 TEST(RangeModel, SetsOfAddressesAreThoseOfABitmap) {
     std::mt19937 random(20240608);
     for (int round = 0; round < 500; ++round) {
         const int length = round % 3 == 0 ? 10 : 150;
         const auto a = RandomRanges(random, length, 0), b = RandomRanges(random, length, 1);
-        const auto subnets = RandomSubnets(random, length);
         CQELLongList points;
-        for (int i = 0; i < length; ++i) points.push_back(random() % kUniverse);
-        const Bitmap in_a = BitmapOf(a), in_b = BitmapOf(b), in_points = BitmapOf(points);
-        const Bitmap in_subnets = BitmapOf(Blocks(subnets));
+        CQELRangeIPList subnets, blocks;
+        for (int i = 0; i < length; ++i) {
+            points.push_back(random() % kUniverse);
+            const ulong32 base = random() % kUniverse, mask = kAll << random() % 9;
+            subnets.emplace_back(base, mask);
+            blocks.emplace_back(base & mask, (base & mask) | ~mask);
+        }
+        const Bitmap in_a = BitmapOf(a), in_b = BitmapOf(b);
+        const Bitmap in_points = BitmapOf(points), in_subnets = BitmapOf(blocks);
 
         auto list = a;
         EXPECT_EQ(in_a & ~in_b, BitmapOf(list -= b));

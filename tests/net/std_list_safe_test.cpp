@@ -31,6 +31,8 @@ const Bytes kRangeForm = {
 const Bytes kAddressForm = {0x04, 0x03, 0x02, 0x01, 0xFF, 0xFF, 0xFF, 0xFF};
 
 TEST(ListForm, IsLittleEndianWithoutACount) {
+    const std::string dump = DumpedBytes("dump=ranges");  // of docs/formats.md
+    EXPECT_EQ(kRangeForm, Bytes(dump.begin(), dump.end()));
     auto ranges = kRanges;
     auto addresses = Addresses({0x01020304, 0xFFFFFFFF});
     EXPECT_EQ(kRangeForm, Save(ranges));
@@ -44,14 +46,6 @@ TEST(ListForm, IsLittleEndianWithoutACount) {
     auto loaded_addresses = Addresses({7, 8, 9});
     loaded_addresses.Load(kAddressForm.data(), 8);
     EXPECT_EQ(addresses, loaded_addresses);
-}
-
-TEST(ListForm, IsTheOneOfTheFormatsPage) {
-    const std::string dump = DumpedBytes("dump=ranges");
-    EXPECT_EQ(kRangeForm, Bytes(dump.begin(), dump.end()));
-    CQELLongList addresses;
-    addresses.Load(kRangeForm.data(), 16);
-    EXPECT_EQ(Addresses({0x0A000000, 0x0A0000FF, 0xC0A8010A, 0}), addresses);
 }
 
 TEST(ListForm, OfAnEmptyListIsNothing) {
@@ -101,26 +95,6 @@ TEST(ListForm, StaysWithItsListUntilTheNextSave) {
     EXPECT_EQ(0x01, data[3]);  // the buffer moves along
     EXPECT_EQ(Addresses({0x01020304}), moved);
     EXPECT_EQ(moved, assigned);
-}
-
-TEST(RemoveList, RemovesEveryEqualElement) {
-    auto addresses = Addresses({1, 2, 1, 3, 2});
-    addresses.RemoveList(Addresses({2, 9, 1}));
-    EXPECT_EQ(Addresses({3}), addresses);
-    auto ranges = Ranges({{5, 0}, {1, 5}, {5, 5}, {9, 2}});
-    ranges.RemoveList(Ranges({{5, 5}, {9, 3}}));
-    EXPECT_EQ(Bits(Ranges({{1, 5}, {9, 2}})), Bits(ranges));
-    ranges.RemoveList(ranges);
-    EXPECT_TRUE(ranges.empty());
-}
-
-// Lists as a base: through it, callers reach the operations of whatever list there is.
-TEST(ListForm, IsReachedThroughTheBase) {
-    CQELRangeIPList ranges;
-    StdListSafe<CQELRangeIP>& base = ranges;
-    base.Load(kRangeForm.data(), 8);
-    EXPECT_EQ(8, base.Sizeof());
-    EXPECT_EQ(Bits(Ranges({{0x0A000000, 0x0A0000FF}})), Bits(ranges));
 }
 
 }  // namespace

@@ -16,11 +16,11 @@ TEST(UniversalHashMemory, ClearsTheCallersVariableWhenATableCannotBeMade) {
 
 // Growing takes three allocations: the object, its pool, its buckets.
 TEST(UniversalHashMemory, KeepsTheFullTableWhenItCannotGrow) {
+    const int keys[] = {1, 2, 3};
     for (int allowed : {0, 1, 2}) {
         SCOPED_TRACE(allowed);
         CQELUniversalHash* table = nullptr;
         new CQELUniversalHash(2, 4, 4, &table);
-        const int keys[] = {1, 2, 3};
         for (int i : {0, 1}) ASSERT_EQ(0, table->Add(&keys[i], &keys[i]));
         const auto* full = table;
         {
@@ -29,7 +29,6 @@ TEST(UniversalHashMemory, KeepsTheFullTableWhenItCannotGrow) {
             EXPECT_EQ(2, table->Add(&keys[0], &keys[0]));
         }
         EXPECT_EQ(full, table);
-        EXPECT_EQ(1, table->Find(&keys[2], nullptr));
         EXPECT_EQ(0, table->Add(&keys[2], &keys[2]));
         for (int key : keys) EXPECT_EQ(0, table->Find(&key, nullptr)) << key;
         delete table;

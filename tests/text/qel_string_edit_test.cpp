@@ -109,7 +109,7 @@ using StripCase = std::tuple<const char*, S::EStripType, const char*>;
 
 TEST(Strip, AppliesEachBit) {
     const StripCase cases[] = {
-        {" a b ", kLead, "a b "},     {" a b ", kTrail, " a b"},
+        {" a b ", kLead, "a b "},     {" a   ", kTrail, " a"},
         {"\ta ", kTrail, "\ta"},      {"\" a\"", kQuotes, "a"},
         {"a\\", kSlash, "a"},         {"a//", kSlash, "a/"},
         {"a\n\n", kLineFeed, "a\n"},  {"a\r\n\r\n", kLineEnds, "a"},
