@@ -32,8 +32,7 @@ TEST(FileTime, TakesFileTimesNumbersAndLocalReadings) {
 }
 
 TEST(FileTime, ComparesWithEitherKind) {
-    const CQELFileTime ascending[] = {CQELFileTime(5), CQELFileTime(0xFFFFFFFF),
-                                      CQELFileTime(0x100000000), CQELFileTime(UINT64_MAX)};
+    const CQELFileTime ascending[] = {5, 0xFFFFFFFF, 0x100000000, UINT64_MAX};
     ExpectStrictOrder(ascending);
     ExpectStrictOrder<CQELFileTime, FILETIME>(ascending);
 }

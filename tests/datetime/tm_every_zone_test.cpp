@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "datetime/day_count.h"
 #include "datetime/qel_datetime.h"
 #include "datetime/tm_datetime.h"
@@ -100,7 +98,6 @@ TEST(TmEveryZone, MovesBySpansAndTellsThem) {
         EXPECT_EQ(Seconds(start) + 13 * kHour + 1, Seconds(end));
         EXPECT_EQ(300, end.Milliseconds());
         EXPECT_EQ(span, end - start);
-        EXPECT_EQ(start, start + (end - start) - span);
         EXPECT_EQ(13 * kHour + 1, end.Difference(start));
         EXPECT_EQ(-13 * kHour - 1, start.Difference(end));
         EXPECT_EQ(start, end -= span);
@@ -124,11 +121,11 @@ TEST(TmEveryZone, TakesTheClocksMillisecondWithSeconds) {
 
 TEST(TmEveryZone, KnowsTheMomentAndTheZone) {
     for (const bool local : {false, true}) {
-        std::string before, now;
+        CQELString before, now;
         do {
             before = CQELDateTime(local).TextDateTime(1, 1, 0);
             now = CDateTime(local).TextDateTime(1, 1, 0);
-        } while (before != std::string(CQELDateTime(local).TextDateTime(1, 1, 0)));
+        } while (before != CQELDateTime(local).TextDateTime(1, 1, 0));
         EXPECT_EQ(before, now);
     }
     EXPECT_EQ('2' - kZone.seconds_east / 3600, CDateTime::GetSelfTimeZone());

@@ -1,4 +1,4 @@
-// What the literal forms of range_model_test.cpp say, worked out by hand, and what they leave out.
+// What range_model_test.cpp leaves out, and its strangest results worked out by hand.
 
 #include "net/ip_range_list.h"
 
@@ -32,21 +32,13 @@ void ExpectLeft(const Removal (&cases)[N], Operation remove) {
 
 constexpr auto kTake = [](auto& list, const auto& taken) { list -= taken; };
 
-TEST(TakeRanges, ErasesTrimsAndCuts) {
+TEST(TakeRanges, CutsPiecesThatGoToTheEndAndAreCutThemselves) {
     const Removal cases[] = {
-        {{{1, 10}}, {{5, 0}}, {{1, 4}, {6, 10}}},
-        {{{5, 0}, {5, 5}, {6, 0}}, {{5, 0}}, {{6, 0}}},
-        {{{5, 10}}, {{1, 6}}, {{7, 10}}},
-        {{{5, 10}}, {{9, 20}}, {{5, 8}}},
-        {{{5, 10}}, {{10, 0}}, {{5, 9}}},
-        {{{5, 10}}, {{11, 20}, {4, 0}}, {{5, 10}}},
-        {{{0, kLast}}, {{0, 0}, {kLast, 0}}, {{1, kLast - 1}}},
-        // Pieces go to the end, in the order of the ranges that are cut, and are cut themselves.
         {{{1, 9}, {0, 20}}, {{5, 0}, {8, 0}}, {{1, 4}, {0, 4}, {6, 7}, {6, 7}, {9, 9}, {9, 20}}},
+        {{{5, 10}}, {{9, 20}, {4, 5}}, {{6, 8}}},
         // An inverted range takes its bounds, and is taken where its `from` lies.
         {{{1, 10}}, {{7, 3}}, {{1, 6}, {4, 6}}},
         {{{7, 3}}, {{6, 8}}, {{9, 3}}},
-        {{{7, 3}}, {{7, 0}}, {{7, 3}}},
     };
     ExpectLeft(cases, kTake);
 }
@@ -61,11 +53,9 @@ TEST(TakeRanges, LosesTheRangeWhenTheEndsAgree) {
     ExpectLeft(cases, kTake);
 }
 
-TEST(RemoveSubnets, ErasesTrimsAndCutsBeforeTheRange) {
+TEST(RemoveSubnets, CutsBeforeTheRange) {
     const Removal cases[] = {
         {{{0x100, 0x4FF}}, {{0x2AA, kMask8}}, {{0x300, 0x4FF}, {0x100, 0x1FF}}},
-        {{{0x180, 0x2FF}}, {{0x100, kMask8}}, {{0x200, 0x2FF}}},
-        {{{0x180, 0x1FF}, {0x1FF, 0}, {0x200, 0}}, {{0x100, kMask8}}, {{0x200, 0}}},
         {{{0xFFFFFE00, kLast}}, {{0xFFFFFF00, kMask8}}, {{0xFFFFFE00, 0xFFFFFEFF}}},
         // An inverted range goes with the net that holds both its bounds.
         {{{0x1F0, 0x110}, {0x2F0, 0x110}}, {{0x100, kMask8}}, {{0x2F0, 0x110}}},
@@ -80,22 +70,6 @@ TEST(RemoveSubnets, TakesTheZeroNetOnlyWithAnother) {
     EXPECT_EQ(2u, list.size());
     EXPECT_TRUE(list.RemoveSubnets(Ranges({{0x20, kMask8}, {0x100, kMask8}})));
     EXPECT_TRUE(list.empty());
-}
-
-TEST(RemovePoints, TrimsCutsAndErases) {
-    const std::tuple<R, A, bool, R> cases[] = {
-        {{{1, 10}}, {1, 10, 5}, true, {{2, 4}, {6, 9}}},
-        {{{1, 10}, {3, 0}}, {3, 3}, true, {{1, 2}, {4, 10}}},
-        {{{1, 10}}, {0, 11}, false, {{1, 10}}},
-        {{{7, 3}}, {7, 5, 3}, false, {{7, 3}}},
-        {{{kLast - 1, kLast}}, {kLast}, true, {{kLast - 1, kLast - 1}}},
-        {{{0, 1}}, {1}, true, {{0, 0}}},
-    };
-    for (const auto& [before, points, changed, left] : cases) {
-        auto list = Ranges(before);
-        EXPECT_EQ(changed, list.RemovePoints(Addresses(points)));
-        EXPECT_EQ(Bits(Ranges(left)), Bits(list));
-    }
 }
 
 TEST(IsCross, FindsTheFirstRangeButTheSkippedOnes) {
@@ -117,19 +91,6 @@ TEST(Cross, AppendsTheFirstOverlapUpperEndFirst) {
     EXPECT_FALSE(Ranges({{5, 0}}).Cross(Ranges({{6, 7}}), out));
     EXPECT_TRUE(Ranges({{5, 0}}).Cross(Ranges({{5, 6}}), out));
     EXPECT_EQ(Addresses({77, 3, 1, 0, 5}), out);
-}
-
-TEST(Cross, MakesTheListOfCrossingPointsAndOfIntersections) {
-    auto points = Addresses({9, 5, 5, 20, 2});
-    EXPECT_TRUE(Ranges({{5, 0}, {8, 9}, {2, 0}}).Cross(points, points));
-    EXPECT_EQ(Addresses({9, 5, 2}), points);
-    auto out = Ranges({{7, 7}});
-    EXPECT_TRUE(
-        Ranges({{1, 10}, {5, 0}, {20, 30}}).GetCrossRange(Ranges({{25, 40}, {5, 8}, {8, 0}}), out));
-    EXPECT_EQ(Bits(Ranges({{25, 30}, {5, 8}, {5, 5}, {8, 8}})), Bits(out));
-    auto list = Addresses({0x1FF, 0x200, 0x0A777701, 0x1FF, 0x0A000002});
-    EXPECT_TRUE(Ranges({{0x101, kMask8}, {0x0A000001, 0xFF0000FF}}).GetSubnetIPL(list));
-    EXPECT_EQ(Addresses({0x1FF, 0x0A777701, 0x1FF}), list);
 }
 
 TEST(GetList, ExpandsRangesAndOnlyNormalisedPoints) {
@@ -196,8 +157,6 @@ TEST(Index, GivesADefaultRangeOutsideTheList) {
     EXPECT_NE(&list[2], &constant[2]);
 }
 
-// --- Single ranges -------------------------------------------------------------------------------
-
 using Range = CQELRangeIP;
 
 TEST(Range, NormalisesPointsOnly) {
@@ -218,14 +177,10 @@ TEST(Range, ComparesCrossesAndIncludes) {
     const std::tuple<Range, Range, bool, bool, bool, bool, bool, bool, bool> cases[] = {
         // a     b          ==     a < b  b < a  cross both ways  a in b b in a
         {{10, 0}, {10, 10}, true,  false, false, true,  true,     true,  true},
-        {{5, 0},  {1, 10},  false, false, true,  true,  true,     true,  false},
-        {{11, 0}, {1, 10},  false, false, true,  false, false,    false, false},
         {{1, 10}, {1, 11},  false, true,  false, true,  true,     true,  false},
         {{1, 5},  {5, 9},   false, true,  false, true,  true,     false, false},
         {{1, 4},  {5, 9},   false, true,  false, false, false,    false, false},
         // (7, 3) is inverted
-        {{7, 3},  {7, 3},   true,  false, false, true,  true,     true,  true},
-        {{7, 3},  {7, 0},   false, false, true,  false, false,    false, false},
         {{7, 3},  {1, 5},   false, false, true,  true,  false,    false, false},
         {{7, 3},  {6, 9},   false, false, true,  true,  true,     false, false},
         {{7, 3},  {1, 9},   false, false, true,  true,  true,     true,  false},

@@ -21,18 +21,6 @@ TEST(LongList, IndexesFromZeroAndSharesOneDummy) {
     EXPECT_EQ(&empty[0], &one[-1]);
 }
 
-TEST(LongList, AddsWhatIsMissingAndTakesAwayAllThatIsEqual) {
-    auto list = Addresses({1, 1, 2});
-    list += Addresses({3, 2, 3, 4, 1});
-    EXPECT_EQ(Addresses({1, 1, 2, 3, 4}), list);
-    list += list;
-    EXPECT_EQ(Addresses({1, 1, 2, 3, 4}), list);
-    list -= Addresses({1, 4, 4, 9});
-    EXPECT_EQ(Addresses({2, 3}), list);
-    list -= list;
-    EXPECT_TRUE(list.empty());
-}
-
 TEST(LongList, TakesAnotherOverButKeepsItsFirstAddressFirst) {
     using A = std::vector<ulong32>;
     const std::tuple<A, A, bool, A> cases[] = {

@@ -164,13 +164,10 @@ TEST(Slashes, ReplaceAPathThatBeginsBeyondAscii) {
     EXPECT_EQ("\x7F\\", After(CheckEndSlash, "\x7F"));
 }
 
-TEST(TrimEndSpaces, CutsBlanksOnly) {
+TEST(CText, TrimsBlanksAndComparesUnsigned) {
     EXPECT_EQ(" a b", After(TrimEndSpaces, " a b  "));
     EXPECT_EQ("a\t", After(TrimEndSpaces, "a\t "));
     EXPECT_EQ("", After(TrimEndSpaces, "   "));
-}
-
-TEST(NIKIn, ComparesUnsigned) {
     EXPECT_EQ(-1, NIKIn(4, 5, 7));
     EXPECT_EQ(0, NIKIn(5, 5, 7));
     EXPECT_EQ(0, NIKIn(7, 5, 7));

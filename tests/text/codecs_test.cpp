@@ -42,13 +42,12 @@ TEST(MimeEncode, PadsTheLastGroupAndBreaksNoLines) {
     for (int group = 0; group < 30; ++group, bytes += "ABC", expected += "QUJD") {
         EXPECT_EQ(expected + "QQ==", MimeEncode(bytes + "A"));
     }
-    char out[3];
     for (const int size : {-1, INT_MIN, 1610612734, INT_MAX}) {  // sizes without a text
-        std::strcpy(out, "##");
+        char out[] = "##";
         EXPECT_EQ(0, QEL_MIMEBase64Encode("A", out, size));
         EXPECT_STREQ("", out);
     }
-    std::strcpy(out, "##");
+    char out[] = "##";
     EXPECT_EQ(0, QEL_MIMEBase64Encode(nullptr, out, 3));
     EXPECT_STREQ("", out);
     EXPECT_EQ(0, QEL_MIMEBase64Encode("A", nullptr, 1));

@@ -17,7 +17,6 @@ constexpr char kLibraryOfStrings[] = "qelkit_test_strings.dll";
 constexpr auto kSeventh = kit::Cp1251(u"Седьмая строка библиотеки");
 constexpr auto kFileNotFound = kit::Cp1251(u"Файл не найден.");
 
-const HINSTANCE kNoModule = nullptr;
 const char* const kNoName = nullptr;
 
 // What is loaded from a table into a string that has held something else.
@@ -40,7 +39,7 @@ TEST(StringResource, IsLoadedWholeWhateverItsLength) {
     for (int length : {255, 256, 257, 511, 512, 513, 1024}) {
         const std::string expected(length, 's');
         EXPECT_EQ(expected, Loaded(length, nullptr));
-        EXPECT_STREQ(expected.c_str(), CQELString().LoadStringA(length, kNoModule));
+        EXPECT_STREQ(expected.c_str(), CQELString().LoadStringA(length, HINSTANCE{}));
         EXPECT_STREQ(expected.c_str(), CQELString(length, kNoName));
     }
 }
