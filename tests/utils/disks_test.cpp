@@ -16,8 +16,10 @@ DWORD WINAPI FakeDrives() { return drives; }
 TEST(FreeDriveLetter, IsTheWishedOneOrTheFirst) {
     constexpr DWORD kC = 1 << 2, kE = 1 << 4, kAllFromC = 0x03FFFFFC;
     const std::tuple<char, DWORD, ulong32, char> cases[] = {
-        {'E', kC, 0, 'E'}, {'E', kC | kE, 0, 'D'},  // from C again
-        {0, kE, 0, 'C'},   {'A', kAllFromC, 0, 'A'}, {'Z', kAllFromC, 15, 0}, {'e', kC, 87, 0},
+        {'E', kC, 0, 'E'},        {'E', kC | kE, 0, 'D'},  // from C again
+        {0, kE, 0, 'C'},          {0, kAllFromC >> 1, 0, 'Z'},
+        {'A', kAllFromC, 0, 'A'}, {'Z', kAllFromC, 15, 0},
+        {'e', kC, 87, 0},
     };
     const ImportPatch patch(kLibrary, "GetLogicalDrives", &FakeDrives);
     for (const auto& [start, present, code, expected] : cases) {
