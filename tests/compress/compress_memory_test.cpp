@@ -61,6 +61,8 @@ TEST(CompressMemory, MethodTwoWritesOnlyTheHeader) {
         "FF FF FF FF 43 4F 4D 50 1F 00 00 00 06 00 00 00 02 00 00 00 18 00 00 00 CC CC CC CC CC CC",
         ToHex(container.data(), 30));
     EXPECT_EQ(1, IsMemoryCompressed(container.data(), 30));
+    size = 24;  // an empty payload
+    EXPECT_EQ(1, CompressMemory(nullptr, 31, container.data(), &size, 2));
     EXPECT_EQ(0, DecompressMemory(container.data(), container.data(), &size));
     EXPECT_EQ(0, DecompressMemory2(container.data(), container.data(), &size, nullptr));
 }

@@ -41,19 +41,19 @@ TEST(LongList, TakesAnotherOverButKeepsItsFirstAddressFirst) {
 }
 
 TEST(LongList, ReadsTheValidTokensOfAText) {
-    constexpr ulong32 a = 0x01020304, b = 0x05060708, c = 0x09090909;
+    constexpr ulong32 a = 0x01020304, b = 0x05060708;
     const std::tuple<const char*, char, std::vector<ulong32>> cases[] = {
         {nullptr, ';', {}},
         {"", ';', {}},
-        {"1.2.3.4; 5.6.7.8;;bad;9.9.9.9", ';', {a, b, c}},
         {";1.2.3.4;", ';', {a}},
-        {" 1 . 2.3. 4 ,1.2.3.4", ',', {a, a}},
+        {"1.2.3.4", '\0', {a}},
         {"1.2.3.4 5.6.7.8", ' ', {a, b}},
-        {"1.2.3.4\t;5.6.7.8", ';', {b}},
         {"1.2.3.4;5.6.7.8", ',', {}},
         {"1.2.3.4;5.6.7.8", '.', {}},
         {"1.2.3.4;5.6.7.8", '\0', {}},
-        {"1.2.3.4", '\0', {a}},
+        {"1.2.3.4\t;5.6.7.8", ';', {b}},
+        {"1 . 2.3. 4 ,1.2.3.4", ',', {a, a}},
+        {" 1.2.3.4;;bad;5.6.7.8", ';', {a, b}},
     };
     for (const auto& [text, separator, result] : cases) {
         auto list = Addresses({1, 2, 3});

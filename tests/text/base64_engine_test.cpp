@@ -163,14 +163,13 @@ TYPED_TEST(Base64Decode, AgreesWithTheTextbookForm) {
 }
 
 TYPED_TEST(Base64Decode, NeedsThreeBytesForEveryFourCharactersBegun) {
-    const auto text = this->Of("QQ==\0ignored");
+    const auto text = this->Of("QQ==");
     unsigned char out[3] = {9, 9, 9};
     EXPECT_EQ(3u, kit::DecodeBase64(text.c_str(), 0, nullptr, 0, 0).size);
     EXPECT_EQ(0u, kit::DecodeBase64(text.c_str(), 0, out, 2, 0).size);
     EXPECT_EQ(9, out[0]);
     EXPECT_EQ(1u, kit::DecodeBase64(text.c_str(), 0, out, 3, 0).size);
     EXPECT_EQ("41 09 09", ToHex(out, 3));
-    EXPECT_EQ(6u, kit::DecodeBase64(text.c_str(), 5, nullptr, 0, 0).size);
 }
 
 }  // namespace

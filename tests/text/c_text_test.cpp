@@ -15,30 +15,25 @@ namespace {
 
 constexpr std::size_t kPage = 4096;
 
-// Three pages that can be read and written, and whatever a test makes of the last one.
-class Pages : public testing::Test {
-protected:
-    Pages() { std::memset(base_, 'x', 3 * kPage); }
-    ~Pages() override { VirtualFree(base_, 0, MEM_RELEASE); }
+// Three pages of "x" that can be read and written, and what a test makes of the last one.
+struct Pages {
+    Pages() { std::memset(base, 'x', 3 * kPage); }
+    ~Pages() { VirtualFree(base, 0, MEM_RELEASE); }
 
-    // The last page gets this protection; 0 takes its memory away.
-    void SetLast(DWORD protection) {
+    // Gives the last page this protection; 0 takes its memory away.
+    void Protect(DWORD protection) {
         DWORD before;
-        if (protection == 0) {
-            VirtualFree(last_, kPage, MEM_DECOMMIT);
-        } else {
-            VirtualProtect(last_, kPage, protection, &before);
-        }
+        if (protection == 0) VirtualFree(last, kPage, MEM_DECOMMIT);
+        if (protection != 0) VirtualProtect(last, kPage, protection, &before);
     }
 
-    char* const base_ = static_cast<char*>(
+    char* const base = static_cast<char*>(
         VirtualAlloc(nullptr, 3 * kPage, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
-    char* const last_ = base_ + 2 * kPage;
+    char* const last = base + 2 * kPage;
 };
 
-constexpr DWORD kGuard = PAGE_READWRITE | PAGE_GUARD;
-
-TEST_F(Pages, AreValidAddressesAsFarAsTheirProtectionGoes) {
+TEST(Probes, GoAsFarAsTheProtectionOfPages) {
+    constexpr DWORD kGuard = PAGE_READWRITE | PAGE_GUARD;
     const std::tuple<DWORD, int, int> cases[] = {
         {PAGE_READWRITE, 1, 1},
         {PAGE_READONLY, 1, 0},
@@ -50,33 +45,25 @@ TEST_F(Pages, AreValidAddressesAsFarAsTheirProtectionGoes) {
     };
     for (const auto& [protection, read, write] : cases) {
         SCOPED_TRACE(protection);
-        SetLast(protection);
-        EXPECT_EQ(read, QELIsValidAddress(last_, kPage, 0));
-        EXPECT_EQ(write, QELIsValidAddress(last_, 1, 1));
-        EXPECT_EQ(read, QELIsValidAddress(base_ + 1, 2 * kPage, 0));  // one byte of the last page
-        EXPECT_EQ(write, QELIsValidAddress(base_ + 1, 2 * kPage, 1));
-        EXPECT_EQ(1, QELIsValidAddress(base_, 2 * kPage, 1));
-        EXPECT_EQ(read, QELIsValidString(base_, 3 * kPage));
-    }
-}
-
-TEST_F(Pages, EndAValidString) {
-    for (DWORD protection : {DWORD{PAGE_NOACCESS}, kGuard, DWORD{0}}) {
-        SCOPED_TRACE(protection);
-        last_[-1] = 'x';
-        SetLast(protection);
-        const std::tuple<int, int, int> cases[] = {{3, -1, 0}, {3, INT_MIN, 0}, {3, 4, 0},
-                                                   {3, 3, 1},  {0, 1, 0},       {0, 0, 1}};
-        for (const auto& [before, count, valid] : cases) {
-            EXPECT_EQ(valid, QELIsValidString(last_ - before, count)) << before << ' ' << count;
+        Pages pages;
+        char *const base = pages.base, *const last = pages.last;
+        last[kPage - 1] = '\0';
+        pages.Protect(protection);
+        EXPECT_EQ(read, QELIsValidAddress(last, kPage, 0));
+        EXPECT_EQ(write, QELIsValidAddress(last, 1, 1));
+        EXPECT_EQ(read, QELIsValidAddress(base + 1, 2 * kPage, 0));  // one byte of the last page
+        EXPECT_EQ(write, QELIsValidAddress(base + 1, 2 * kPage, 1));
+        EXPECT_EQ(1, QELIsValidAddress(base, 2 * kPage, 1));
+        const std::tuple<int, int, int> strings[] = {
+            {3, -1, read}, {3, INT_MIN, read}, {3, 4, read}, {3, 3, 1}, {0, 1, read}, {0, 0, 1}};
+        for (const auto& [before, most, valid] : strings) {
+            EXPECT_EQ(valid, QELIsValidString(last - before, most)) << before << ' ' << most;
         }
-        last_[-1] = '\0';
-        EXPECT_EQ(1, QELIsValidString(last_ - 3, -1));
-        EXPECT_EQ(1, QELIsValidString(base_, INT_MAX));
-        MEMORY_BASIC_INFORMATION pages;
-        VirtualQuery(last_, &pages, sizeof pages);
-        EXPECT_EQ(protection, pages.Protect);  // a guard page still guards
-        if (protection != 0) SetLast(PAGE_READWRITE);
+        last[-1] = '\0';
+        EXPECT_EQ(1, QELIsValidString(base, INT_MAX));
+        MEMORY_BASIC_INFORMATION found;
+        VirtualQuery(last, &found, sizeof found);
+        EXPECT_EQ(protection, found.Protect);  // a guard page still guards
     }
 }
 
@@ -143,25 +130,21 @@ std::string After(void (*patch)(char*), const std::string& text) {
 
 TEST(Slashes, OfACTextAreAddedAndCutOnce) {
     const std::tuple<std::string, std::string, std::string> cases[] = {
-        {"C:", "C:\\", "C:"},
-        {"C:\\", "C:\\", "C:"},
-        {"C:\\\\", "C:\\\\", "C:\\"},
-        {"dir/", "dir/\\", "dir/"},
-        {"", "\\", ""},
-        {"\\", "\\", ""},
-        {std::string(40000, 'x'), std::string(40000, 'x') + "\\", std::string(40000, 'x')},
+        {"C:", "C:\\", "C:"},       {"C:\\", "C:\\", "C:"}, {"C:\\\\", "C:\\\\", "C:\\"},
+        {"dir/", "dir/\\", "dir/"}, {"", "\\", ""},         {"\\", "\\", ""},
     };
     for (const auto& [text, checked, cut] : cases) {
         EXPECT_EQ(checked, After(CheckEndSlash, text));
         EXPECT_EQ(cut, After(CutEndSlash, text));
     }
+    const std::string longer(40000, 'x');
+    EXPECT_EQ(longer + "\\", After(CheckEndSlash, longer));
 }
 
 TEST(Slashes, ReplaceAPathThatBeginsBeyondAscii) {
     EXPECT_EQ("\\", After(CheckEndSlash, "\xCF\xE0\xEF\xEA\xE0\\x"));
     EXPECT_EQ("\\", After(CheckEndSlash, "\x80"));
-    EXPECT_EQ("D\xCF\\", After(CheckEndSlash, "D\xCF"));
-    EXPECT_EQ("\x7F\\", After(CheckEndSlash, "\x7F"));
+    EXPECT_EQ("\x7F\xCF\\", After(CheckEndSlash, "\x7F\xCF"));
 }
 
 TEST(CText, TrimsBlanksAndComparesUnsigned) {

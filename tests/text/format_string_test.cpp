@@ -48,11 +48,10 @@ TEST(Format, SpeaksTheRuntimesDialect) {
     int count = 0;
     EXPECT_EQ("abc", Formatted("ab%nc", &count));
     EXPECT_EQ(2, count);
-    const std::string text(511, 'x');
-    for (const char* more : {"", "y", "yy", "yyyy"}) {
-        EXPECT_EQ(text + more, Formatted("%s%s", text.c_str(), more));
+    for (std::size_t length : {0, 511, 512, 513, 515, 70000}) {
+        const std::string text(length, 'x');
+        EXPECT_EQ(text, Formatted("%s", text.c_str()));
     }
-    EXPECT_EQ(std::string(69999, ' ') + "7", Formatted("%70000d", 7));
     EXPECT_EQ("old", Formatted("%d %S", 1, L"\u4E00"));  // not in the runtime's locale
 }
 
@@ -123,13 +122,14 @@ TEST(FormatByMessage, TakesItsFormatFromTheLibraryOrTheMainExecutable) {
     EXPECT_EQ("", Text(CQELSprintf(kUnreadable)));
 }
 
+void* NoMemory(std::size_t) { return nullptr; }
+
 // Runs `format` on the string "old" while the library gets no memory.
 template <typename Operation>
 std::string WithoutMemory(Operation format) {
     CQELString string("old");
     try {
-        void* (*const no_memory)(std::size_t) = [](std::size_t) -> void* { return nullptr; };
-        const ImportPatch patch(kLibrary, "malloc", no_memory);
+        const ImportPatch patch(kLibrary, "malloc", NoMemory);
         format(string);
     } catch (char* message) {
         return message + (": " + Text(string));

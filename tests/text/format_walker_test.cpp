@@ -103,6 +103,7 @@ TEST(WalkFormat, CutsTextsAtTheWidthOnlyWhenLeftJustified) {
         {"%-3s|%3s|%-3.4s|%3.4s", Slots("abcde", "abcde", "abcde", "abcde"), "abc|abcde|abc|abcd"},
         // A precision beyond the text counts as it is given.
         {"%.9s|%9.5s|%-9.5s|%-5.9s|", Slots("ab", "ab", "ab", "ab"), "ab|    ab|ab       |ab|"},
+        {"%-5.5s|%5.5s|", Slots("ab", "ab"), "ab|ab|"},
     };
     Check(cases);
 }

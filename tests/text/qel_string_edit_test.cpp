@@ -180,12 +180,13 @@ TEST(Editing, LeavesAStringAloneThatWouldExceedItsLengthField) {
     EXPECT_EQ(3 << 16, s.Replace("xx", "abcdef").Length());
 }
 
+void* NoMemory(std::size_t) { return nullptr; }
+
 TEST(Editing, WithoutMemoryChangesNothing) {
     S s("ab\ncd "), shared("xy"), constructed, assigned("old"), sum;
     const char* thrown = "";
     {
-        void* (*const no_memory)(std::size_t) = [](std::size_t) -> void* { return nullptr; };
-        const ImportPatch patch(kLibrary, "malloc", no_memory);
+        const ImportPatch patch(kLibrary, "malloc", NoMemory);
         constructed = S("new");
         assigned = "new";
         sum = s + "x";

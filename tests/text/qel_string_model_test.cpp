@@ -101,7 +101,7 @@ TEST(StringModel, DoesWhatAStandardStringDoes) {
         const int pos = places[random() % 9], n = places[random() % 9];
         SCOPED_TRACE(testing::Message()
                      << text << ", " << old << ", " << other << " at " << pos << ", " << n);
-        Compare(text, old, other, pos, n, random() % 2);
+        Compare(text, old, other, pos, n, random() % 2 != 0);
         Compare(text, text.substr(0, text.size() - text.size() / 2) + old, other, pos, n, false);
     }
 }
