@@ -130,6 +130,8 @@ TEST(ClearFolder, TellsOfTheLastFileAtTheTop) {
     const TempFolder folder;
     const std::string last = folder.Write("z", "");
     const HeldFile first(folder.Write("a", ""));
+    folder.MakeFolder("zz");
+    const HeldFile deeper(folder.Write("zz\\file", ""));
     EXPECT_EQ(0, CQELFolder::ClearFolder(folder.path().c_str(), 1));
     EXPECT_TRUE(folder.Has("a"));
     const ReadOnlyFile read_only(folder.Write("z", ""));

@@ -332,13 +332,15 @@ TEST(FileNames, NormalizesToTheFullPathWithSingleBackslashes) {
 }
 
 TEST(FileNames, NormalizingKeepsToTheRoomOfTheBuffer) {
+    const WorkingFolder here("C:\\windows");
     const std::tuple<std::string, std::size_t, int, std::string> cases[] = {
-        {"x\\\\y", 5, 5, "x\\y"},                          // the full path has no room
-        {"C:/a", 5, 5, "C:\\a"},  {"abcd", 4, 4, "abcd"},  // without an end
-        {"..", 3, 0, ".."},       {"..", 3, -1, ".."},
+        {"x\\\\y", 14, 14, "x\\y"},  // the full path, C:\windows\x\y, has no room
+        {"C:/a", 5, 5, "C:\\a"},    {"abcd", 4, 4, "abcd"},  // without an end
+        {"..", 3, 0, ".."},         {"..", 3, -1, ".."},
     };
     for (const auto& [given, room, size, result] : cases) {
-        GuardedBuffer buffer(given.c_str(), room);
+        GuardedBuffer buffer(room);
+        given.copy(buffer.text(), room);
         EXPECT_TRUE(CQELFile::NormalizeFileName(buffer.text(), size));
         EXPECT_EQ(result, std::string(buffer.text(), result.size()));
         EXPECT_TRUE(result.size() == room || buffer.text()[result.size()] == '\0');

@@ -333,10 +333,10 @@ TEST_F(File, CopiesShareTheStreamUntilTheLastOneGoes) {
     first.reset();
     second.Write("c", 1);
     EXPECT_EQ(3u, third.CurPos());
-    CQELFile& same = third;
-    third = same;
     second.Close();
     EXPECT_TRUE(!second.IsOpen() && third.IsOpen());
+    CQELFile& same = third;
+    third = same;
     EXPECT_EQ("", folder_.Read("a.dat"));
     third = CQELFile(nullptr, nullptr, kRecord);
     EXPECT_EQ("abc", folder_.Read("a.dat")) << "closed, as nobody shares it any more";

@@ -334,7 +334,7 @@ TEST_F(RecFile, OnlyDestroyWritesTheHeaderAndCuts) {
         file.Destroy();
         EXPECT_EQ(40u, Bytes().size());
         EXPECT_EQ(0, file.Size());
-        EXPECT_TRUE(file.Open(nullptr) && file.Add(record));
+        EXPECT_TRUE(file.Open("") && file.Add(record));
         file.Destroy();
         EXPECT_EQ(44u, Bytes().size());
         Write(Bytes() + "added by somebody else");
