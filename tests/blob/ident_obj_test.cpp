@@ -172,4 +172,19 @@ TEST(BitBlob, KeepsItsUnusedBitsWhateverItsBytesAre) {
     EXPECT_EQ(40u, other.cUnusedBits);
 }
 
+TEST(Blob, GoesToThePlatformAsItIs) {
+    IdentObj secret = Blob("secret");
+    DATA_BLOB sealed{};
+    ASSERT_TRUE(CryptProtectData(&secret, nullptr, nullptr, nullptr, nullptr,
+                                 CRYPTPROTECT_UI_FORBIDDEN, &sealed));
+    IdentObj kept(sealed);
+    LocalFree(sealed.pbData);
+    EXPECT_GT(kept.cbData, secret.cbData);
+    DATA_BLOB opened{};
+    ASSERT_TRUE(CryptUnprotectData(&kept, nullptr, nullptr, nullptr, nullptr,
+                                   CRYPTPROTECT_UI_FORBIDDEN, &opened));
+    EXPECT_TRUE(secret == opened);
+    LocalFree(opened.pbData);
+}
+
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <shlwapi.h>
+
 #include <atomic>
 #include <cstring>
 #include <memory>
@@ -149,6 +151,28 @@ TEST_F(ComStream, DescribesItself) {
     const ImportPatch refused(kLibrary, "GetFileInformationByHandle", &RefuseInformation);
     EXPECT_EQ(E_FAIL, stream->Stat(&stat, STATFLAG_DEFAULT));
     EXPECT_EQ(nullptr, stat.pwcsName);
+}
+
+TEST_F(ComStream, ServesThePlatformsOwnConsumers) {
+    std::string bytes(10000, '\0');
+    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7 + i / 251);
+    const auto size = static_cast<ULONG>(bytes.size());
+    IStream* memory = nullptr;
+    ASSERT_EQ(S_OK, CreateStreamOnHGlobal(nullptr, TRUE, &memory));
+    const Reference source(memory), file = Create();
+    ASSERT_EQ(S_OK, IStream_Write(memory, bytes.data(), size));
+    ASSERT_EQ(S_OK, IStream_Reset(memory));
+    ULARGE_INTEGER length{.QuadPart = size};
+    EXPECT_EQ(S_OK, memory->CopyTo(file.get(), length, nullptr, nullptr));
+    EXPECT_EQ(bytes, folder_.Read("file"));
+    EXPECT_EQ(S_OK, IStream_Size(file.get(), &length));
+    EXPECT_EQ(size, length.QuadPart);
+    EXPECT_EQ("0 0", Seek(*file, 0, STREAM_SEEK_SET));
+    std::string back(size, '.');
+    EXPECT_EQ(S_OK, IStream_Read(file.get(), back.data(), size));
+    EXPECT_EQ(bytes, back);
+    EXPECT_EQ(STG_E_INVALIDPOINTER, WriteClassStm(file.get(), CLSID{}))
+        << "a consumer that leaves out the count is refused";
 }
 
 std::atomic<int> inside;

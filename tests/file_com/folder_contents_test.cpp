@@ -1,11 +1,12 @@
-// What works on whole trees, with folder links to a canary in them.
+// What works on whole trees: random ones, with folder links to a canary in them.
 
 #include <gtest/gtest.h>
 
 #include <direct.h>
 
 #include <algorithm>
-#include <optional>
+#include <memory>
+#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -18,38 +19,22 @@
 
 namespace {
 
+using Paths = std::set<std::string>;
+
 // The system may be unable to remove a link; what counts is that it was asked to.
-std::set<std::string> removed_folders;
+Paths removed_folders;
 int __cdecl RememberAndRemove(const char* path) {
     EXPECT_TRUE(removed_folders.insert(path).second) << path;
     return _rmdir(path);
 }
 
-// Each file has another length, by which the tests know it.
-const std::vector<std::pair<std::size_t, std::string>> kFiles = {
-    {3, "\\one"},       {5, "\\.dot"},         {0, "\\empty"},
-    {7, "\\a\\two"},    {11, "\\a\\b\\three"}, {9, "\\a\\.x\\deep\\four"},
-    {13, "\\.y\\five"}, {17, "\\z\\six"},      {19, "\\z\\.seven"}};
-using Lengths = std::vector<std::size_t>;
-const Lengths kAll = {3, 5, 0, 7, 11, 9, 13, 17, 19};
-const Lengths kKept = {5, 9, 13, 19};            // of, or below, names that begin with a dot
-constexpr std::uint64_t kSum = 3 + 7 + 11 + 17;  // of the others
-
-class TreeWalks : public ::testing::Test {
+class TreeWalks : public ::testing::TestWithParam<unsigned> {
 protected:
     TreeWalks() {
-        for (const char* name : {"canaries", "tree", "tree\\a", "tree\\a\\b", "tree\\a\\.x",
-                                 "tree\\a\\.x\\deep", "tree\\.y", "tree\\z"}) {
-            folder_.MakeFolder(name);
-        }
-        folder_.Write("canaries\\canary", "lives");
-        for (const auto& [length, name] : kFiles) {
-            const std::string file = folder_.Write("tree" + name, std::string(length, 'x'));
-            if (length % 4 == 3) SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_READONLY);
-        }
-        link_.emplace(tree_ + "\\link", folder_ / "canaries");
-        deep_link_.emplace(tree_ + "\\a\\b\\link", folder_ / "canaries");
         removed_folders.clear();
+        folder_.MakeFolder("canaries");
+        folder_.Write("canaries\\canary", "lives");
+        Fill("tree", 0, false);
     }
     ~TreeWalks() override { EXPECT_EQ("lives", folder_.Read("canaries\\canary")); }
 
@@ -59,51 +44,89 @@ protected:
         return static_cast<std::uint64_t>(total);
     }
     bool LinksWent() const {
-        return removed_folders.count(tree_ + "\\link") &&
-               removed_folders.count(tree_ + "\\a\\b\\link");
+        return std::includes(removed_folders.begin(), removed_folders.end(), links_.begin(),
+                             links_.end());
     }
-    // The files that are there.
-    Lengths Files(const std::string& root = "tree") const {
-        Lengths files;
-        for (const auto& [length, name] : kFiles) {
-            if (folder_.Has(root + name)) files.push_back(folder_.Read(root + name).size());
+    // All files below `name`, no link entered.
+    Paths Files(const std::string& name = "tree") const {
+        Paths files;
+        WIN32_FIND_DATAA entry;
+        const kit::FindHandle find(FindFirstFileA((folder_ / (name + "\\*")).c_str(), &entry));
+        while (FindNextFileA(find.get(), &entry)) {
+            const std::string path = name + "\\" + entry.cFileName;
+            if (!(entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY))
+                files.insert(path);
+            else if (!links_.count(folder_ / path) && !path.ends_with(".."))
+                files.merge(Files(path));
         }
         return files;
     }
 
     const TempFolder folder_;
     const std::string tree_ = folder_ / "tree";
-    std::optional<FolderLink> link_, deep_link_;
+    std::mt19937 random_{GetParam()};
+    Paths kept_;   // the files that a walk leaves alone
+    Paths links_;  // full paths, of those that a walk meets
+    std::uint64_t sum_ = 0;
+
+private:
+    void Fill(const std::string& folder, int depth, bool kept) {
+        folder_.MakeFolder(folder);
+        for (int i = 0; i < 4; ++i) {
+            const bool dot = random_() % 4 == 0;
+            const std::string path = folder + (dot ? "\\." : "\\") + "e" + std::to_string(i);
+            if (depth < 3 && random_() % 2 == 0) {
+                Fill(path, depth + 1, kept || dot);
+            } else {
+                AddFile(path, kept || dot, random_() % 100);
+            }
+        }
+        const std::string link = folder_ / (folder + "\\link");
+        if (depth % 2 != 0 || links_.size() == 3 || kept) return;
+        made_links_.push_back(std::make_unique<FolderLink>(link, folder_ / "canaries"));
+        links_.insert(link);
+    }
+    void AddFile(const std::string& path, bool kept, std::size_t size) {
+        const std::string file = folder_.Write(path, std::string(size, 'x'));
+        if (size % 4 == 0) SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_READONLY);
+        if (kept) kept_.insert(path);
+        if (!kept) sum_ += size;
+    }
+
+    std::vector<std::unique_ptr<FolderLink>> made_links_;
     const ImportPatch watch_{kLibrary, "_rmdir", &RememberAndRemove};
 };
 
-TEST_F(TreeWalks, SumResetAndDelete) {
-    EXPECT_EQ(kSum, Process(CQELFolder::DIR_SUM_LENGTHS | CQELFolder::DIR_RESET_ATTRIBUTES));
-    EXPECT_EQ(kAll, Files());
-    for (const auto& [length, name] : kFiles) {
-        EXPECT_TRUE(std::count(kKept.begin(), kKept.end(), length) ||
-                    GetFileAttributesA((tree_ + name).c_str()) == FILE_ATTRIBUTE_ARCHIVE)
-            << name;
+TEST_P(TreeWalks, SumResetAndDelete) {
+    const Paths before = Files();
+    EXPECT_EQ(sum_, Process(CQELFolder::DIR_SUM_LENGTHS | CQELFolder::DIR_RESET_ATTRIBUTES));
+    EXPECT_EQ(before, Files());
+    for (const auto& path : before) {
+        EXPECT_TRUE(kept_.count(path) || GetFileAttributesA((folder_ / path).c_str()) == 0x20);
     }
     EXPECT_EQ(777u, Process(0));
-    EXPECT_EQ(kSum, Process(CQELFolder::DIR_SUM_LENGTHS | CQELFolder::DIR_DELETE_FILES));
-    EXPECT_EQ(kKept, Files());
+    EXPECT_EQ(sum_, Process(CQELFolder::DIR_SUM_LENGTHS | CQELFolder::DIR_DELETE_FILES));
+    EXPECT_EQ(kept_, Files());
     EXPECT_TRUE(removed_folders.empty());
     EXPECT_EQ(0u, Process(CQELFolder::DIR_DELETE_ALL));
-    EXPECT_TRUE(LinksWent() && !folder_.Has("tree\\z\\six") && folder_.Has("tree\\z"));
+    EXPECT_TRUE(LinksWent());
 }
 
-TEST_F(TreeWalks, CopyAndClear) {
+TEST_P(TreeWalks, CopyAndClear) {
+    const std::string copy = folder_ / "copy\\deep";
     EXPECT_EQ(28, CQELFolder::CopyFolder(tree_.c_str(), (tree_ + "\\in").c_str(), true));
-    EXPECT_EQ(0, CQELFolder::CopyFolder(tree_.c_str(), (folder_ / "copy\\deep").c_str(), true));
-    EXPECT_EQ(kAll, Files("copy\\deep"));
-    EXPECT_FALSE(folder_.Has("copy\\deep\\link"));
+    EXPECT_EQ(0, CQELFolder::CopyFolder(tree_.c_str(), copy.c_str(), true));
+    Paths copies;
+    for (const auto& path : Files()) copies.insert("copy\\deep" + path.substr(4));
+    EXPECT_EQ(copies, Files("copy"));
     EXPECT_EQ(0, CQELFolder::ClearFolder(tree_.c_str(), 0));
-    EXPECT_EQ(kKept, Files());
+    EXPECT_EQ(kept_, Files());
     EXPECT_TRUE(removed_folders.empty());
     EXPECT_EQ(0, CQELFolder::ClearFolder((tree_ + "\\").c_str(), 1));
     EXPECT_TRUE(LinksWent());
 }
+
+INSTANTIATE_TEST_SUITE_P(Random, TreeWalks, ::testing::Range(1u, 5u));
 
 TEST(TreeWalk, LeavesTheWorkingFolderAlone) {
     const TempFolder folder;

@@ -8,6 +8,7 @@
 #include <tuple>
 #include <vector>
 
+#include "file_com/service_db_variant.h"
 #include "pauses.h"
 #include "support/formats_page.h"
 #include "support/guarded_buffer.h"
@@ -453,6 +454,14 @@ TEST_F(RecFile, RunsOutOfMemoryWithoutLoss) {
         EXPECT_EQ(16, file.GetRetCode()) << "mode " << int{mode};
     }
     EXPECT_EQ(before, Bytes());
+}
+
+TEST(ServiceDbVariant, IsZeroAtFirstAndAfterClear) {
+    CSERVICEDBVariant variant;
+    EXPECT_EQ(0, variant.first | variant.second);
+    variant.first = variant.second = -1;
+    variant.Clear();
+    EXPECT_EQ(0, variant.first | variant.second);
 }
 
 }  // namespace
