@@ -37,6 +37,18 @@ int CompareWith(const CQELString& string, const char* s, Order order) {
     return s ? order(Bytes(string), Bytes(s)) : 1;
 }
 
+std::uint64_t Load64(const char* text) {
+    std::uint64_t word;
+    std::memcpy(&word, text, sizeof word);
+    return word;
+}
+
+// Most texts are names: for those of 8 to 16 bytes a call would cost more than the comparison.
+bool SameBytes(const char* a, const char* b, std::size_t size) {
+    if (size < 8 || size > 16) return std::memcmp(a, b, size) == 0;
+    return Load64(a) == Load64(b) && Load64(a + size - 8) == Load64(b + size - 8);
+}
+
 // -1, 0 or 1, by the characters of the process's multi-byte code page.
 int CompareTexts(std::string_view a, std::string_view b) {
     const std::size_t at = kit::PartingIndex(a, b);
@@ -177,8 +189,12 @@ CQELString CQELString::operator+(char c) const {
 // --- Comparison ------------------------------------------------------------------------------
 
 bool CQELString::operator==(const CQELString& s) const {
+    if (body_ == s.body_) return true;
     if (IsEmpty() || s.IsEmpty()) return IsEmpty() && s.IsEmpty();
-    return body_ == s.body_ || CompareTexts(TextOf(body_), TextOf(s.body_)) == 0;
+    const std::string_view a = TextOf(body_), b = TextOf(s.body_);
+    // Other bytes may stand behind a zero.
+    return (a.size() == b.size() && SameBytes(a.data(), b.data(), a.size())) ||
+           CompareTexts(a, b) == 0;
 }
 
 bool CQELString::operator==(const char* s) const { return Compare(s) == 0; }
