@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "../tests/support/textbook_lz.h"
 #include "compress/lz_coder.h"
 #include "support/corpora.h"
+#include "yardsticks/textbook_lz.h"
 
 namespace {
 

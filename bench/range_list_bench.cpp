@@ -13,8 +13,8 @@
 #include <string>
 #include <vector>
 
-#include "../tests/support/literal_ranges.h"
 #include "net/ip_range_list.h"
+#include "yardsticks/literal_ranges.h"
 
 namespace {
 

@@ -21,7 +21,8 @@ set(QELKIT_TEST_TIMEOUT 300)
 function(qelkit_test_program name)
   cmake_parse_arguments(arg "" "" "LINK;SOURCES;ENVIRONMENT" ${ARGN})
   add_executable(${name} ${arg_SOURCES} "${PROJECT_SOURCE_DIR}/tests/support/main.cpp")
-  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+  target_include_directories(${name} PRIVATE
+    "${PROJECT_SOURCE_DIR}/tests" "${PROJECT_SOURCE_DIR}/bench")
   target_compile_definitions(${name} PRIVATE
     QELKIT_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
   target_link_libraries(${name} PRIVATE ${arg_LINK} qelkit_flags qelkit_gtest)

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "../tests/support/textbook_base64.h"
 #include "text/detail/base64_engine.h"
+#include "yardsticks/textbook_base64.h"
 
 namespace {
 

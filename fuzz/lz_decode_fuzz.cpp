@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <vector>
 
-#include "../tests/support/textbook_lz.h"
 #include "base/byte_order.h"
 #include "compress/lz_coder.h"
+#include "yardsticks/textbook_lz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size < 2) return 0;

@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <vector>
 
-#include "../tests/support/textbook_lz.h"
 #include "compress/lz_coder.h"
+#include "yardsticks/textbook_lz.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 #include <cstring>
 #include <vector>
 
-#include "../tests/support/literal_ranges.h"
 #include "net/detail/range_removal.h"
 #include "net/ip_range_list.h"
+#include "yardsticks/literal_ranges.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "../tests/support/header_bytes.h"
+#include "support/header_bytes.h"
 
 namespace {
 

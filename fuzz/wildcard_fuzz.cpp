@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "../tests/support/textbook_wildcard.h"
 #include "file_com/detail/wildcard_core.h"
+#include "yardsticks/textbook_wildcard.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "compress/lz_coder.h"
 #include "support/guarded_buffer.h"
-#include "support/textbook_lz.h"
+#include "yardsticks/textbook_lz.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "file_com/detail/wildcard_core.h"
-#include "support/textbook_wildcard.h"
+#include "yardsticks/textbook_wildcard.h"
 
 namespace {
 

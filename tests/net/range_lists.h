@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "net/ip_range_list.h"
-#include "support/literal_ranges.h"
+#include "yardsticks/literal_ranges.h"
 
 inline CQELLongList Addresses(const std::vector<ulong32>& addresses) {
     CQELLongList list;

@@ -8,7 +8,7 @@
 
 #include "support/guarded_buffer.h"
 #include "support/hex_bytes.h"
-#include "support/textbook_base64.h"
+#include "yardsticks/textbook_base64.h"
 
 namespace {
 
