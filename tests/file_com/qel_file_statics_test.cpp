@@ -321,6 +321,7 @@ TEST(FileNames, NormalizesToTheFullPathWithSingleBackslashes) {
         {"C:\\", "C:\\"},
         {"x\\\\y", "C:\\windows\\x\\y"},
         {std::string(259, 'x'), std::string(259, 'x')},  // no room for its folder
+        {std::string(260, 'x'), std::string(260, 'x')},
         {std::string(1000, 'x'), std::string(1000, 'x')},
     };
     const WorkingFolder here("C:\\windows");
