@@ -3,6 +3,7 @@
 #include <cstring>
 #include <vector>
 
+#include "base/or_empty.h"
 #include "config/detail/registry_errors.h"
 
 static_assert(sizeof(CQelReg) == 280, "the layout is part of the binary interface");
@@ -25,8 +26,6 @@ void ThrowKeyError(RegistryMessage message, LSTATUS code, const char* first, con
 
 namespace {
 
-const char* OrEmpty(const char* text) { return text ? text : ""; }
-
 CQELString SystemText(ulong32 code) {
     char text[1024];
     const DWORD length =
@@ -36,7 +35,7 @@ CQELString SystemText(ulong32 code) {
 }
 
 [[noreturn]] void ThrowQueryError(const char* key, const char* value, LSTATUS code) {
-    const CQELString name = CQELString(key) + " : " + OrEmpty(value);
+    const CQELString name = CQELString(key) + " : " + kit::OrEmpty(value);
     kit::ThrowKeyError(kit::kCannotQuery, code, name);
 }
 
@@ -129,12 +128,12 @@ CQelReg::~CQelReg() {
 // The system knows no path that begins with a backslash, so below a root's own key there is none.
 CQELString CQelReg::JoinedPath(const char* subKey) const {
     CQELString path;
-    path.Format(*keyPath ? "%s\\%s" : "%s%s", keyPath, OrEmpty(subKey));
+    path.Format(*keyPath ? "%s\\%s" : "%s%s", keyPath, kit::OrEmpty(subKey));
     return path;
 }
 
 void CQelReg::Init(const char* path, AccessMode mode) {
-    path = OrEmpty(path);
+    path = kit::OrEmpty(path);
     if (std::strlen(path) >= sizeof keyPath) ThrowRegError(ERROR_BUFFER_OVERFLOW);
     std::strcpy(keyPath, path);
 
@@ -243,7 +242,7 @@ bool CQelReg::GetStringList(const char* name, std::list<std::string>* list) {
 int CQelReg::SetValueEx(const char* name, ulong32 type, const unsigned char* data, ulong32 length) {
     const LSTATUS result = Store(hKey, name, type, data, length);
     if (result != ERROR_SUCCESS) {
-        kit::ThrowKeyError(kit::kCannotWriteValue, result, OrEmpty(name), keyPath);
+        kit::ThrowKeyError(kit::kCannotWriteValue, result, kit::OrEmpty(name), keyPath);
     }
     return 1;
 }
@@ -266,7 +265,8 @@ int CQelReg::SetValueNoThrow(const char* name, ulong32 number) {
 
 int CQelReg::PutMemory(const char* name, void* data, int length) {
     if (length < 0) {
-        kit::ThrowKeyError(kit::kCannotWriteValue, ERROR_INVALID_PARAMETER, OrEmpty(name), keyPath);
+        kit::ThrowKeyError(kit::kCannotWriteValue, ERROR_INVALID_PARAMETER, kit::OrEmpty(name),
+                           keyPath);
     }
     return SetValueEx(name, REG_BINARY, static_cast<const unsigned char*>(data),
                       static_cast<ulong32>(length));
@@ -279,7 +279,8 @@ bool CQelReg::SetStringList(const char* name, const std::list<std::string>& list
     for (const auto& text : list) data.append(text.c_str(), std::strlen(text.c_str()) + 1);
     data.push_back('\0');
     if (data.size() > 0xFFFFFFFF) {
-        kit::ThrowKeyError(kit::kCannotWriteValue, ERROR_INVALID_PARAMETER, OrEmpty(name), keyPath);
+        kit::ThrowKeyError(kit::kCannotWriteValue, ERROR_INVALID_PARAMETER, kit::OrEmpty(name),
+                           keyPath);
     }
     return SetValueEx(name, REG_MULTI_SZ, reinterpret_cast<const unsigned char*>(data.data()),
                       static_cast<ulong32>(data.size())) != 0;

@@ -3,6 +3,8 @@
 #include <cstring>
 #include <new>
 
+#include "base/or_empty.h"
+
 static_assert(sizeof(CQELSimpleFileStream::CCS) == 48, "part of the binary interface");
 static_assert(sizeof(CQELSimpleFileStream) == 72, "part of the binary interface");
 
@@ -55,8 +57,9 @@ IStream* CQELSimpleFileStream::CreateInstance(const char* name, ulong32 access,
 
 bool CQELSimpleFileStream::Open(const char* name, ulong32 access, ulong32 disposition) {
     const Locked locked(lock_);
-    const HANDLE file = ::CreateFileA(name ? name : "", access, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                      nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file =
+        ::CreateFileA(kit::OrEmpty(name), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                      disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file != INVALID_HANDLE_VALUE) handle_ = file;
     return handle_ != nullptr;
 }

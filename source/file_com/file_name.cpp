@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/or_empty.h"
 #include "file_com/detail/random_name.h"
 #include "file_com/qel_file.h"
 #include "platform/multibyte.h"
@@ -15,8 +16,6 @@
 
 namespace QEL {
 namespace {
-
-const char* OrEmpty(const char* text) { return text ? text : ""; }
 
 bool IsSpace(const char* character, std::size_t length) {
     const auto* byte = reinterpret_cast<const unsigned char*>(character);
@@ -114,19 +113,19 @@ FILENAME::~FILENAME() = default;
 FILENAME& FILENAME::operator=(const FILENAME& other) = default;
 
 FILENAME::FILENAME(const CQELString& text) : FILENAME(static_cast<const char*>(text)) {}
-FILENAME::FILENAME(const char* text) : text_(OrEmpty(text)) { Trim(); }
-FILENAME::FILENAME(const char* folder, const char* name) : text_(OrEmpty(folder)) {
+FILENAME::FILENAME(const char* text) : text_(kit::OrEmpty(text)) { Trim(); }
+FILENAME::FILENAME(const char* folder, const char* name) : text_(kit::OrEmpty(folder)) {
     *this += name;
     Trim();
 }
 FILENAME::FILENAME(const char* folder, const char* name, const char* ext) : FILENAME(folder, name) {
-    text_.append(".").append(OrEmpty(ext));
+    text_.append(".").append(kit::OrEmpty(ext));
     Trim();
 }
 FILENAME::FILENAME(SpecialFilenames kind) : text_(GeneratedName(kind)) {}
 
 FILENAME& FILENAME::operator=(const char* text) {
-    text_ = OrEmpty(text);
+    text_ = kit::OrEmpty(text);
     return *this;
 }
 
@@ -164,7 +163,7 @@ FILENAME FILENAME::ExtractFileTitle() const { return Untrimmed(Parts(text_).Titl
 
 FILENAME FILENAME::MakePostfixName(const char* postfix) const {
     FILENAME decorated(*this);
-    decorated.text_.insert(Parts(text_).TitleEnd(), OrEmpty(postfix));
+    decorated.text_.insert(Parts(text_).TitleEnd(), kit::OrEmpty(postfix));
     return decorated;
 }
 

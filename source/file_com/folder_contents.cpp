@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "base/or_empty.h"
 #include "file_com/detail/tree_walk.h"
 #include "file_com/qel_file.h"
 #include "file_com/qel_folder.h"
@@ -17,8 +18,6 @@ namespace {
 int clear_depth = 0;
 int process_depth = 0;
 std::uint64_t length_sum = 0;
-
-const char* OrEmpty(const char* path) { return path ? path : ""; }
 
 std::uint64_t LengthOf(const WIN32_FIND_DATAA& entry) {
     return std::uint64_t{entry.nFileSizeHigh} << 32 | entry.nFileSizeLow;
@@ -133,7 +132,7 @@ void ForEachFile(const std::string& folder, const char* mask, Action action) {
 }  // namespace
 
 int CQELFolder::UnLink(const char* path) {
-    path = OrEmpty(path);
+    path = kit::OrEmpty(path);
     if (!CQELFile::IsExists(path)) return kStatusOk;
     char full[MAX_PATH];
     const DWORD length = ::GetFullPathNameA(path, sizeof full, full, nullptr);
@@ -173,11 +172,11 @@ bool CQELFolder::RecursiveDirProcess(const CQELString& path, unsigned char flags
 }
 
 int CQELFolder::CopyFolder(const char* from, const char* to, bool recursive) {
-    const std::string source = kit::FullPathOf(OrEmpty(from));
-    const std::string target = kit::FullPathOf(OrEmpty(to));
+    const std::string source = kit::FullPathOf(kit::OrEmpty(from));
+    const std::string target = kit::FullPathOf(kit::OrEmpty(to));
     if (recursive && IsInside(target, source)) return kStatusBadParameter;
     FirstFailure failure;
-    CopyTree(OrEmpty(from), OrEmpty(to), recursive, failure);
+    CopyTree(kit::OrEmpty(from), kit::OrEmpty(to), recursive, failure);
     return failure.status();
 }
 
@@ -185,11 +184,11 @@ int CQELFolder::CopyFilesFromDirToDir(const char* from, const char* to, const ch
                                       int* count, char* error_text, int overwrite) {
     if (count) *count = 0;
     FirstFailure failure(error_text);
-    failure.Note(MakeFolder(to), OrEmpty(to));
+    failure.Note(MakeFolder(to), kit::OrEmpty(to));
     if (failure.status() != kStatusOk) return failure.status();
-    ForEachFile(OrEmpty(from), mask, [&](const char* name) {
-        const std::string source = kit::JoinPath(OrEmpty(from), name);
-        const std::string target = kit::JoinPath(OrEmpty(to), name);
+    ForEachFile(kit::OrEmpty(from), mask, [&](const char* name) {
+        const std::string source = kit::JoinPath(kit::OrEmpty(from), name);
+        const std::string target = kit::JoinPath(kit::OrEmpty(to), name);
         if (!overwrite && CQELFile::IsExists(target.c_str())) return;
         const int status = CopyOne(source, target);
         failure.Note(status, source);
@@ -200,8 +199,8 @@ int CQELFolder::CopyFilesFromDirToDir(const char* from, const char* to, const ch
 
 int CQELFolder::DelFilesFromDir(const char* folder, const char* mask, char* error_text) {
     FirstFailure failure(error_text);
-    ForEachFile(OrEmpty(folder), mask, [&](const char* name) {
-        const std::string path = kit::JoinPath(OrEmpty(folder), name);
+    ForEachFile(kit::OrEmpty(folder), mask, [&](const char* name) {
+        const std::string path = kit::JoinPath(kit::OrEmpty(folder), name);
         failure.Note(UnLink(path.c_str()), path);
     });
     return failure.status();

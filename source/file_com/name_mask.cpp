@@ -3,6 +3,7 @@
 #include <new>
 #include <string>
 
+#include "base/or_empty.h"
 #include "file_com/detail/wildcard_core.h"
 #include "platform/multibyte.h"
 
@@ -37,7 +38,7 @@ bool Matches(const char* pattern, const char* name, int flags) {
 
 int filename_match(const char* pattern, const char* name, int flags) {
     try {
-        return Matches(pattern ? pattern : "", name ? name : "", flags) ? 0 : 1;
+        return Matches(kit::OrEmpty(pattern), kit::OrEmpty(name), flags) ? 0 : 1;
     } catch (const std::bad_alloc&) {
         return 1;  // a mask that could not be tried selects nothing
     }

@@ -13,7 +13,9 @@
 #include <string>
 #include <string_view>
 
+#include "base/or_empty.h"
 #include "file_com/detail/busy_file.h"
+#include "file_com/detail/report.h"
 #include "file_com/detail/stream_tools.h"
 #include "file_com/qel_file.h"
 #include "platform/handles.h"
@@ -22,13 +24,6 @@
 #include "status/status_convert.h"
 
 namespace {
-
-const char* OrEmpty(const char* path) { return path ? path : ""; }
-
-void Report(const XQELFile& status, const char* path, int code, int error_number) {
-    status.SetErrMessEx(path);
-    status.SetError(code, error_number);
-}
 
 // Runs a system call, which leaves errno alone, as the busy-file rule wants it.
 template <typename Call>
@@ -59,7 +54,7 @@ std::string Trimmed(std::string_view path) {
 }
 
 bool ReadStatus(const char* path, struct _stat64& status) {
-    return ::_stat64(OrEmpty(path), &status) == 0;
+    return ::_stat64(kit::OrEmpty(path), &status) == 0;
 }
 
 bool IsCompressed(const char* path) {
@@ -92,7 +87,7 @@ int SystemStatus() {
 }  // namespace
 
 bool CQELFile::Access(const char* path, int mode) {
-    return ::_access(OrEmpty(path), mode & 6) == 0;  // other bits end some runtimes
+    return ::_access(kit::OrEmpty(path), mode & 6) == 0;  // other bits end some runtimes
 }
 
 bool CQELFile::CheckVolume(const char* path) {
@@ -104,7 +99,7 @@ bool CQELFile::CheckVolume(const char* path) {
 }
 
 bool CQELFile::IsExists(const char* path) {
-    path = OrEmpty(path);
+    path = kit::OrEmpty(path);
     if (::_access(path, 0) == 0) return true;
     switch (errno) {
         case ENOENT:
@@ -119,7 +114,7 @@ bool CQELFile::IsExists(const char* path) {
 bool CQELFile::IsExists(const CQELString& path) { return IsExists(static_cast<const char*>(path)); }
 
 bool CQELFile::IsExistsEx(const char* path) {
-    return IsExists(path) || FindsAnything(OrEmpty(path));
+    return IsExists(path) || FindsAnything(kit::OrEmpty(path));
 }
 
 bool CQELFile::IsExistsEx(const CQELString& path) {
@@ -133,82 +128,83 @@ bool CQELFile::IsFolder(const char* path) {
 
 int CQELFile::Remove(const char* path, const XQELFile& status) {
     status.Clear();
-    path = OrEmpty(path);
+    path = kit::OrEmpty(path);
     const auto outcome = kit::RunOnBusyFile(path, [&] { return ::remove(path) == 0; });
     if (!outcome.done) {
-        Report(status, path, outcome.StatusOr(kStatusRemoveFailed), outcome.last_errno);
+        kit::Report(status, path, outcome.StatusOr(kStatusRemoveFailed), outcome.last_errno);
     }
     return status.IsError() ? kStatusRemoveFailed : kStatusOk;
 }
 
 int CQELFile::RemoveEx(const char* path, const XQELFile& status) {
-    ::SetFileAttributesA(OrEmpty(path), FILE_ATTRIBUTE_ARCHIVE);  // Remove tells if this mattered
+    ::SetFileAttributesA(kit::OrEmpty(path),
+                         FILE_ATTRIBUTE_ARCHIVE);  // Remove tells if this mattered
     return Remove(path, status);
 }
 
 bool CQELFile::CopyFileA(const char* from, const char* to, bool fail_if_exists,
                          const XQELFile& status, bool) {
     status.Clear();
-    from = OrEmpty(from);
-    to = OrEmpty(to);
+    from = kit::OrEmpty(from);
+    to = kit::OrEmpty(to);
     const auto outcome = kit::RunOnBusyFile(
         to, [&] { return WithErrno([&] { return ::CopyFileA(from, to, fail_if_exists); }); });
     if (!outcome.done) {
-        Report(status, from, outcome.StatusOr(kStatusCopyFailed), outcome.last_errno);
+        kit::Report(status, from, outcome.StatusOr(kStatusCopyFailed), outcome.last_errno);
     }
     return !status.IsError();
 }
 
 bool CQELFile::MoveFileA(const char* from, const char* to, const XQELFile& status) {
     status.Clear();
-    from = OrEmpty(from);
-    to = OrEmpty(to);
+    from = kit::OrEmpty(from);
+    to = kit::OrEmpty(to);
     const auto outcome =
         kit::RunOnBusyFile(to, [&] { return WithErrno([&] { return ::MoveFileA(from, to); }); });
     if (!outcome.done) {
-        Report(status, from, outcome.StatusOr(kStatusMoveFailed), outcome.last_errno);
+        kit::Report(status, from, outcome.StatusOr(kStatusMoveFailed), outcome.last_errno);
     }
     return !status.IsError();
 }
 
 ulong32 CQELFile::Attributes(const char* path, const XQELFile& status) {
     status.Clear();
-    path = OrEmpty(path);
+    path = kit::OrEmpty(path);
     const DWORD attributes = ::GetFileAttributesA(path);
     if (attributes == INVALID_FILE_ATTRIBUTES) {
-        Report(status, path, kStatusAttributesFailed, 0);
+        kit::Report(status, path, kStatusAttributesFailed, 0);
     }
     return attributes;
 }
 
 bool CQELFile::Attributes(const char* path, ulong32 attributes, const XQELFile& status) {
     status.Clear();
-    path = OrEmpty(path);
+    path = kit::OrEmpty(path);
     if (!::SetFileAttributesA(path, attributes)) {
-        Report(status, path, kStatusAttributesFailed, 0);
+        kit::Report(status, path, kStatusAttributesFailed, 0);
     }
     return !status.IsError();
 }
 
 ulong32 CQELFile::Length(const char* path, const XQELFile& status) {
     status.Clear();
-    path = OrEmpty(path);
+    path = kit::OrEmpty(path);
     const int file = ::_sopen(path, _O_RDONLY | _O_BINARY, _SH_DENYNO);
     if (file < 0) {
-        Report(status, path, kStatusOpenFailed, errno);
+        kit::Report(status, path, kStatusOpenFailed, errno);
         return kit::kNoLength;
     }
     const std::int64_t length = ::_filelengthi64(file);
     const int unfit = kit::FitsLength(length) ? 0 : kit::UnfitErrno(length);
     ::_close(file);
     if (kit::FitsLength(length)) return static_cast<ulong32>(length);
-    Report(status, path, kStatusLengthFailed, unfit);
+    kit::Report(status, path, kStatusLengthFailed, unfit);
     return kit::kNoLength;
 }
 
 int CQELFile::GetFileLength(const char* path, std::uint64_t& length, bool on_disk) {
     length = 0;
-    path = OrEmpty(path);
+    path = kit::OrEmpty(path);
     const auto read = on_disk && IsCompressed(path) ? ReadLengthOnDisk : ReadLength;
     if (read(path, length)) return kStatusOk;
     return IsExists(path) ? kStatusLengthFailed : kStatusFileNotFound;
@@ -230,7 +226,7 @@ CQELString CQELFile::CreateTempFile(const char* folder, const char* prefix) {
 }
 
 int CQELFile::CreateCompressedFile(const char* path) {
-    path = OrEmpty(path);
+    path = kit::OrEmpty(path);
     if (IsExists(path)) return kStatusFileExists;
     DWORD abilities = 0;
     if (!::GetVolumeInformationA(RootOf(path).c_str(), nullptr, 0, nullptr, nullptr, &abilities,

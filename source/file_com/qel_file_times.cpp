@@ -8,7 +8,9 @@
 #include <cerrno>
 #include <ctime>
 
+#include "base/or_empty.h"
 #include "datetime/qel_datetime.h"
+#include "file_com/detail/report.h"
 #include "file_com/detail/stream_tools.h"
 #include "file_com/qel_file.h"
 #include "platform/windows.h"
@@ -94,17 +96,15 @@ bool CQELFile::LastWriteTime(const CQELDateTime& time) const {
 CQELDateTime CQELFile::LastWriteTime(const char* path, const XQELFile& status) {
     status.Clear();
     struct _stat64 found;
-    if (::_stat64(path ? path : "", &found) != 0) return CQELDateTime(true);
+    if (::_stat64(kit::OrEmpty(path), &found) != 0) return CQELDateTime(true);
     return LocalReading(found.st_mtime);
 }
 
 bool CQELFile::LastWriteTime(const char* path, const CQELDateTime& time, const XQELFile& status) {
     status.Clear();
-    if (!path) path = "";
+    path = kit::OrEmpty(path);
     if (!SetTimes(path, time) && ::_utime64(path, nullptr) != 0) {
-        const int error_number = errno;
-        status.SetErrMessEx(path);
-        status.SetError(kStatusSetTimeFailed, error_number);
+        kit::Report(status, path, kStatusSetTimeFailed, errno);
     }
     return !status.IsError();
 }

@@ -7,10 +7,12 @@
 #include <cstring>
 #include <string>
 
+#include "base/or_empty.h"
 #include "base/path_text.h"
 #include "datetime/qel_datetime.h"
 #include "file_com/detail/folder_path.h"
 #include "file_com/detail/random_name.h"
+#include "file_com/detail/report.h"
 #include "file_com/detail/tree_walk.h"
 #include "file_com/qel_file.h"
 #include "platform/disk_space.h"
@@ -27,19 +29,12 @@ static_assert(sizeof(CQELFolder) == 56, "the layout is part of the interface");
 
 namespace {
 
-const char* OrEmpty(const char* path) { return path ? path : ""; }
-
-void Report(const XQELFile& status, const char* path, int code, int error_number) {
-    status.SetErrMessEx(path);
-    status.SetError(code, error_number);
-}
-
 // Runs a call of the C runtime that returns 0 for success.
 template <typename Call>
 bool Report(const XQELFile& status, const char* path, int code, Call call) {
     status.Clear();
-    path = OrEmpty(path);
-    if (call(path) != 0) Report(status, path, code, errno);
+    path = kit::OrEmpty(path);
+    if (call(path) != 0) kit::Report(status, path, code, errno);
     return !status.IsError();
 }
 
@@ -54,12 +49,12 @@ std::string FolderOnVolume(const char* path) {
 
 bool AskDisk(const char* path, kit::DiskSpace& space, const XQELFile& status) {
     status.Clear();
-    path = OrEmpty(path);
+    path = kit::OrEmpty(path);
     const std::string folder = FolderOnVolume(path);
     const std::string full = kit::FullPathOf(folder.c_str());
     const std::string root = full.substr(0, kit::RootLength(full)) + "\\";
     if (!kit::QueryDiskSpace(folder.c_str(), root.c_str(), space)) {
-        Report(status, path, kStatusDiskSpaceFailed, kit::ErrnoFromWin32(::GetLastError()));
+        kit::Report(status, path, kStatusDiskSpaceFailed, kit::ErrnoFromWin32(::GetLastError()));
     }
     return !status.IsError();
 }
@@ -104,7 +99,7 @@ bool CQELFolder::Create() { return Create(path_, *this); }
 
 bool CQELFolder::Create(const char* path, const XQELFile& status) {
     status.Clear();
-    path = OrEmpty(path);
+    path = kit::OrEmpty(path);
     const std::string full = path + std::strspn(path, " ");
     int made = 0;
     const bool done = kit::ForEachPrefix(full, kit::RootLength(full), [&](std::size_t length) {
@@ -115,11 +110,11 @@ bool CQELFolder::Create(const char* path, const XQELFile& status) {
         return true;
     });
     if (!done) {
-        Report(status, path, kStatusMakeFolderFailed, errno);
+        kit::Report(status, path, kStatusMakeFolderFailed, errno);
     } else if (made == 0) {
         // Quirk: a folder that is there already is a failure. Callers tell by it that they are the
         // ones who made the folder. Pinned by Folder.CreateReportsAnExistingFolder.
-        Report(status, path, kStatusMakeFolderFailed, EEXIST);
+        kit::Report(status, path, kStatusMakeFolderFailed, EEXIST);
     }
     return !status.IsError();
 }

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <list>
 
+#include "base/or_empty.h"
 #include "net/detail/exact_set.h"
 #include "net/ip_text.h"
 
@@ -56,7 +57,7 @@ bool CQELLongList::ChangeRemainFirst(const CQELLongList& b) {
 
 CQELLongList& CQELLongList::FromString(const char* text, char separator) {
     std::list<ulong32> addresses;
-    for (const char* at = text ? text : ""; *at != '\0';) {
+    for (const char* at = kit::OrEmpty(text); *at != '\0';) {
         const char* end = at;
         while (*end != '\0' && *end != separator) ++end;
         ulong32 address;

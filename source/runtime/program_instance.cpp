@@ -5,6 +5,7 @@
 #include <mutex>
 #include <string>
 
+#include "base/or_empty.h"
 #include "platform/handles.h"
 #include "runtime/detail/window_table.h"
 
@@ -155,7 +156,7 @@ void ForgetWindowsOf(SharedTable& table, DWORD thread) {
 }  // namespace
 
 bool QEL::CreateProgramInstance(const char* name) {
-    const std::string program = name ? name : "";
+    const std::string program = kit::OrEmpty(name);
     const auto table = std::make_shared<SharedTable>(program);
     Registry& registry = Registry::Instance();
     const MutexGuard guard(table->mutex(), kLongestWaitMs);

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "base/or_empty.h"
 #include "base/path_text.h"
 #include "platform/own_module.h"
 #include "status/status_codes.h"
@@ -30,7 +31,7 @@ CQELString FailureText(DWORD error, const char* name) {
     message.LoadQelkitString(kStatusLibraryLoadFailed);
     CQELString text;
     text.Format("%s (::GetLastError=%d(0x%08X) Library name=%s)", static_cast<const char*>(message),
-                error, error, name ? name : "");
+                error, error, kit::OrEmpty(name));
     return text;
 }
 

@@ -12,6 +12,7 @@
 #include <new>
 #include <string>
 
+#include "base/or_empty.h"
 #include "base/path_text.h"
 #include "platform/find_files.h"
 #include "platform/windows.h"
@@ -183,7 +184,7 @@ ulong32 WipeMatching(const std::string& folder, char* mask, int recurse, WipeBlo
 }  // namespace
 
 ulong32 WipeFile(const char* path) {
-    return WithBlock([&](WipeBlock& block) { return Wipe(path ? path : "", block); });
+    return WithBlock([&](WipeBlock& block) { return Wipe(kit::OrEmpty(path), block); });
 }
 
 ulong32 WipeDirectory(const char* folder, char* mask, int recurse) {
